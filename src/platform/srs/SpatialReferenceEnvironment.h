@@ -1,0 +1,54 @@
+#pragma once
+// Predefined references, spheroids and datums by their EPSG or ESRI code, and
+// references read from WKT or .prj text. Codes answer from the coordinate
+// database installed with the engine; nothing is tabulated here.
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace tess {
+
+class ISpatialReference;
+class IGeographicCoordinateSystem;
+class IProjectedCoordinateSystem;
+class IUnknownCoordinateSystem;
+class ISpheroid;
+class IDatum;
+
+//! Makes predefined references. Every Create... throws a Fault
+//! (fault::SpatialReferenceFailed) naming the code when the code is unknown.
+class ISpatialReferenceFactory {
+public:
+    virtual ~ISpatialReferenceFactory() = default;
+
+    //! A geographic reference by EPSG or ESRI code (4326, 104905...).
+    virtual std::shared_ptr<IGeographicCoordinateSystem> CreateGeographicCoordinateSystem(std::int32_t code) const = 0;
+    //! A projected reference by EPSG or ESRI code (32633, 3857, 102100...).
+    virtual std::shared_ptr<IProjectedCoordinateSystem> CreateProjectedCoordinateSystem(std::int32_t code) const = 0;
+    //! A spheroid by EPSG or ESRI code (7030, 7008, 107900...); axes in metres.
+    virtual std::shared_ptr<ISpheroid> CreateSpheroid(std::int32_t code) const = 0;
+    //! A datum by EPSG or ESRI code (6326, 106905...).
+    virtual std::shared_ptr<IDatum> CreateDatum(std::int32_t code) const = 0;
+    //! Reads a .prj file (ESRI WKT). A missing file gives an unknown reference; unreadable content is a
+    //! Fault naming the path.
+    virtual std::shared_ptr<ISpatialReference> CreateESRISpatialReferenceFromPRJFile(const std::string& path) const = 0;
+    //! Any WKT flavour (ESRI, WKT1, WKT2), PROJ string or "AUTHORITY:CODE". Empty text gives an unknown
+    //! reference; unreadable text is a Fault.
+    virtual std::shared_ptr<ISpatialReference> CreateFromWkt(const std::string& text) const = 0;
+    virtual std::shared_ptr<IUnknownCoordinateSystem> CreateUnknown() const = 0;
+};
+
+//! The factory. Stateless and cheap to make; safe to create wherever one is needed.
+class SpatialReferenceEnvironment : public ISpatialReferenceFactory {
+public:
+    std::shared_ptr<IGeographicCoordinateSystem> CreateGeographicCoordinateSystem(std::int32_t code) const override;
+    std::shared_ptr<IProjectedCoordinateSystem> CreateProjectedCoordinateSystem(std::int32_t code) const override;
+    std::shared_ptr<ISpheroid> CreateSpheroid(std::int32_t code) const override;
+    std::shared_ptr<IDatum> CreateDatum(std::int32_t code) const override;
+    std::shared_ptr<ISpatialReference> CreateESRISpatialReferenceFromPRJFile(const std::string& path) const override;
+    std::shared_ptr<ISpatialReference> CreateFromWkt(const std::string& text) const override;
+    std::shared_ptr<IUnknownCoordinateSystem> CreateUnknown() const override;
+};
+
+} // namespace tess
