@@ -1,5 +1,7 @@
 #include "platform/ui/UIServices.h"
 
+#include "platform/ui/Form.h"
+
 #include <iostream>
 
 namespace tess {
@@ -23,6 +25,23 @@ public:
     void Beep() override {}
     void DoEvents() override {}
     bool OpenDocument(const std::string&) override { return false; }
+    // Without a host nobody can answer a dialog: it closes as if cancelled.
+    void ShowModal(Form& form) override { form.Unload(); }
+    void ShowModeless(Form&) override {}
+    void HideModeless(Form&) override {}
+    std::optional<BrowseResult> Browse(const BrowseRequest&) override { return std::nullopt; }
+    std::shared_ptr<ISpatialReference> ChooseSpatialReference(const std::shared_ptr<ISpatialReference>&) override {
+        return nullptr;
+    }
+    void SetMousePointer(MousePointer) override {}
+    double ScreenWidth() const override { return kScreenWidth; }
+    double ScreenHeight() const override { return kScreenHeight; }
+    void CopyToClipboard(const std::string&, const std::string&, const std::string&) override {}
+    bool PrintReport(const std::string&, const std::string&) override { return false; }
+
+private:
+    static constexpr double kScreenWidth = 1920;  // pixels of a common desktop
+    static constexpr double kScreenHeight = 1080;
 };
 
 std::shared_ptr<IUIServices>& Current() {
