@@ -8,16 +8,16 @@
 
 namespace tess {
 
+class IApplication;
 class IVariantStream;
-class IUID;
 
 //! Created once per application; Startup receives the application object.
 class IExtension {
 public:
     virtual ~IExtension() = default;
     virtual std::string Name() const = 0;
-    //! initializationData is the host's IApplication.
-    virtual void Startup(const std::shared_ptr<void>& initializationData) = 0;
+    //! Receives the host application (the host's initialization data).
+    virtual void Startup(const std::shared_ptr<IApplication>& application) = 0;
     virtual void Shutdown() = 0;
 };
 
@@ -45,8 +45,8 @@ public:
     //! Id of the command's 16 x 16 picture in the component's resources.
     virtual std::int32_t Bitmap() = 0;
     virtual std::string Category() = 0;
-    //! hook is the host's IApplication.
-    virtual void OnCreate(const std::shared_ptr<void>& hook) = 0;
+    //! hook is the host application.
+    virtual void OnCreate(const std::shared_ptr<IApplication>& hook) = 0;
     virtual void OnClick() = 0;
 };
 
