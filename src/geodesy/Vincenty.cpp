@@ -1,0 +1,70 @@
+#include "geodesy/Vincenty.h"
+
+#include "frame/ErrorHandling.h"
+#include "geodesy/detail/VincentyKernels.h"
+#include "platform/geometry/Geometry.h"
+#include "platform/system/CheckedArithmetic.h"
+
+namespace tess::MyGeometricOperations {
+
+double DistanceVincentyNumbers(double Lon1, double Lat1, double Lon2, double Lat2, double& Azimuth1,
+                               double& Azimuth2) {
+    return Trapped("DistanceVincentyNumbers ", 0.0, [&] {
+        FloatingPointCheck check;
+        // f from the defining inverse flattening, a and b as stored: they disagree in the
+        // 13th digit, and both are used as they stand.
+        const double f = 1.0 / kWgs84InverseFlattening;
+        double az1, az2;
+        const double s =
+            detail::VincentyInverse(Lon1, Lat1, Lon2, Lat2, kWgs84SemiMajor, kWgs84SemiMinor, f, az1, az2);
+        check.Check("DistanceVincentyNumbers");
+        Azimuth1 = az1;
+        Azimuth2 = az2;
+        return s;
+    });
+}
+
+double DistanceVincentyNumbers2(double Lon1, double Lat1, double Lon2, double Lat2, double& Azimuth1,
+                                double& Azimuth2, double SemiMajor, double SemiMinor) {
+    return Trapped("DistanceVincentyNumbers2 ", 0.0, [&] {
+        FloatingPointCheck check;
+        const double f = (SemiMajor - SemiMinor) / SemiMajor;
+        double az1, az2;
+        const double s = detail::VincentyInverse(Lon1, Lat1, Lon2, Lat2, SemiMajor, SemiMinor, f, az1, az2);
+        check.Check("DistanceVincentyNumbers2");
+        Azimuth1 = az1;
+        Azimuth2 = az2;
+        return s;
+    });
+}
+
+double DistanceVincentyPoints(const IPoint& FromPoint, const IPoint& ToPoint, double& Azimuth1, double& Azimuth2) {
+    return Trapped("DistanceVincentyPoints ", 0.0, [&] {
+        return DistanceVincentyNumbers(FromPoint.X(), FromPoint.Y(), ToPoint.X(), ToPoint.Y(), Azimuth1, Azimuth2);
+    });
+}
+
+double DistanceVincentyPoints2(const IPoint& FromPoint, const IPoint& ToPoint, double& Azimuth1,
+                               double& Azimuth2, double SemiMajor, double SemiMinor) {
+    return Trapped("DistanceVincentyPoints2 ", 0.0, [&] {
+        return DistanceVincentyNumbers2(FromPoint.X(), FromPoint.Y(), ToPoint.X(), ToPoint.Y(), Azimuth1, Azimuth2,
+                                        SemiMajor, SemiMinor);
+    });
+}
+
+void PointLineVincentyPerPoint2(const IPoint& StartPoint, double Distance, double Azimuth, IPoint& EndPoint,
+                                double& FarAzimuth, double SemiMajor, double SemiMinor) {
+    TrappedVoid("PointLineVincentyPerPoint2 ", [&] {
+        const double lon = StartPoint.X();
+        const double lat = StartPoint.Y();
+        FloatingPointCheck check;
+        double endLon, endLat, far;
+        detail::VincentyDirect(lon, lat, Distance, Azimuth, SemiMajor, SemiMinor, endLon, endLat, far);
+        check.Check("PointLineVincentyPerPoint2");
+        EndPoint.X(endLon);
+        EndPoint.Y(endLat);
+        FarAzimuth = far;
+    });
+}
+
+} // namespace tess::MyGeometricOperations
