@@ -7,12 +7,19 @@ namespace {
 constexpr int kCheckedFlags = FE_INVALID | FE_DIVBYZERO | FE_OVERFLOW;
 }
 
-FloatingPointCheck::FloatingPointCheck() noexcept {
-    std::fegetexceptflag(&saved_, kCheckedFlags);
-    std::feclearexcept(kCheckedFlags);
+FloatingPointCheck::FloatingPointCheck() noexcept : callerRaised_(std::fetestexcept(kCheckedFlags)) {
+    if (callerRaised_ != 0) {
+        std::fegetexceptflag(&saved_, kCheckedFlags);
+        std::feclearexcept(kCheckedFlags);
+    }
 }
 
-FloatingPointCheck::~FloatingPointCheck() { std::fesetexceptflag(&saved_, kCheckedFlags); }
+FloatingPointCheck::~FloatingPointCheck() {
+    if (callerRaised_ != 0)
+        std::fesetexceptflag(&saved_, kCheckedFlags);
+    else if (std::fetestexcept(kCheckedFlags) != 0)
+        std::feclearexcept(kCheckedFlags);
+}
 
 bool FloatingPointCheck::Clean() const noexcept { return std::fetestexcept(kCheckedFlags) == 0; }
 

@@ -17,7 +17,9 @@
 namespace tess {
 
 //! RAII scope: clears the three flags on entry, restores the caller's flags on exit.
-//! No allocation; cheap enough to wrap every geodesic call.
+//! No allocation; cheap enough to wrap every geodesic call: when the caller has no flag
+//! raised (the usual case) entry and exit only test the flags, since clearing and
+//! restoring the x87 environment costs about a hundred nanoseconds each.
 class FloatingPointCheck {
 public:
     FloatingPointCheck() noexcept;
@@ -33,6 +35,7 @@ public:
     bool Clean() const noexcept;
 
 private:
+    int callerRaised_ = 0;     //!< flags the caller had raised; saved and restored only then
     std::fexcept_t saved_{};
 };
 
