@@ -40,6 +40,17 @@ public:
 };
 
 //! The factory. Stateless and cheap to make; safe to create wherever one is needed.
+//!
+//! References come with the host's default XY precision, in their coordinate units:
+//! - geographic: resolution 1e-9 degree, tolerance 8.983152841195215e-09 degree (1 mm at the
+//!   equator), false origin (-400, -400);
+//! - projected: resolution 0.0001 m and tolerance 0.001 m, converted to the linear unit;
+//! - unknown: resolution 0.0001, tolerance 0.001.
+//! Projected and unknown grids are centred on 0 and 2^53 resolution steps wide: the false origin
+//! is -2^52 x resolution on both axes (-450359962737.0496 for 0.0001), so every grid coordinate is
+//! an integer a double holds exactly.
+//! XYToleranceValid answers 3 for a usable tolerance, 1 for one that is not a positive number and
+//! 2 for one below the resolution.
 class SpatialReferenceEnvironment : public ISpatialReferenceFactory {
 public:
     std::shared_ptr<IGeographicCoordinateSystem> CreateGeographicCoordinateSystem(std::int32_t code) const override;

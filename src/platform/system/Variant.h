@@ -157,6 +157,8 @@ private:
 //! thousands commas, an optional "." and fraction, an optional exponent (E or D); at least one digit.
 //! The C locale's separators apply. "." alone, "" and "abc" are not numeric.
 bool IsNumeric(std::string_view text);
+inline bool IsNumeric(const std::string& text) { return IsNumeric(std::string_view(text)); }
+inline bool IsNumeric(const char* text) { return IsNumeric(std::string_view(text)); }
 //! IsNumeric of a variant as the host answers it: Empty, numbers and Boolean are numeric, text by the
 //! test above; Null, dates, objects and arrays are not.
 bool IsNumeric(const Variant& value);

@@ -90,7 +90,7 @@ TEST(VariantConversion, TextToDouble) {
         if (c.fault == 0) { // exact: the parse must give the nearest double, as a literal does
             EXPECT_EQ(v.ToDouble(), c.value);
         }
-        EXPECT_EQ(IsNumeric(std::string_view(c.text)), c.fault == 0);
+        EXPECT_EQ(IsNumeric(c.text), c.fault == 0);
     }
     // Many significant digits still read to the nearest double.
     EXPECT_EQ(Variant("6356752.31424518").ToDouble(), 6356752.31424518);
