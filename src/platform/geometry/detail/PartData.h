@@ -91,6 +91,8 @@ double PartSignedArea(const PartData& part);
 //! Even-odd test of a point against one ring: 1 inside, 0 on the boundary, -1 outside. True curves
 //! are taken densified.
 int RingContainsPoint(const PartData& ring, WKSPoint p);
+//! The same test on a plain vertex ring (closed or not).
+int PointInRing(const WKSPoint* vertices, std::size_t count, WKSPoint p);
 //! A copy of the part with true curves replaced by straight pieces.
 void DensifyPart(const PartData& part, const DensifyLimits& limits, std::vector<WKSPoint>& out);
 

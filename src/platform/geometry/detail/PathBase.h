@@ -106,7 +106,10 @@ public:
 
 protected:
     PathBase() = default;
-    PathBase(const PathBase& other) : part_(other.part_), sr_(other.sr_), stamp_(NextStamp()) {}
+    PathBase(const PathBase& other)
+        : Interface(other), IPointCollection(other), ISegmentCollection(other), ITransform2D(other), IClone(other),
+          PartSource(other), VertexStore(other), std::enable_shared_from_this<PathBase>(), part_(other.part_),
+          sr_(other.sr_), stamp_(NextStamp()) {}
     PathBase& operator=(const PathBase&) = delete;
 
     PartData part_;

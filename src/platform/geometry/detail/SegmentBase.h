@@ -47,8 +47,8 @@ public:
     // ICurve
     double Length() const override;
     std::shared_ptr<IPoint> FromPoint() const override;
-    //! Moving an end of a true curve refits it where it can (circular arc: same centre side and
-    //! direction through the new end; Bezier: the control point follows); otherwise it becomes straight.
+    //! Moving one end of a true curve keeps its shape: it is turned and scaled about the other end
+    //! (a closed curve moves as a whole).
     void FromPoint(const IPoint& point) override;
     std::shared_ptr<IPoint> ToPoint() const override;
     void ToPoint(const IPoint& point) override;

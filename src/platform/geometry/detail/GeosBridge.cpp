@@ -1,0 +1,532 @@
+#include "platform/geometry/detail/GeosBridge.h"
+
+#include <geos_c.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "platform/geometry/Geometries.h"
+#include "platform/geometry/detail/PartData.h"
+#include "platform/system/Fault.h"
+
+namespace tess::detail {
+
+namespace {
+
+//! Segments per quarter circle of a buffer's round joins and caps: 3 degrees per piece.
+constexpr int kBufferQuadrantSegments = 30;
+//! Distance, relative to the size of the shapes, below which a piece counts as lying on a line.
+constexpr double kOnLineRelTolerance = 1e-9;
+
+// One engine context per thread: the reentrant API keeps no global state.
+class Context {
+public:
+    Context() : handle_(GEOS_init_r()) { GEOSContext_setErrorMessageHandler_r(handle_, &Context::OnError, this); }
+    ~Context() { GEOS_finish_r(handle_); }
+    Context(const Context&) = delete;
+    Context& operator=(const Context&) = delete;
+    GEOSContextHandle_t Handle() const { return handle_; }
+    const std::string& Message() const { return message_; }
+    void ClearMessage() { message_.clear(); }
+
+private:
+    static void OnError(const char* message, void* userdata) {
+        static_cast<Context*>(userdata)->message_ = message ? message : "";
+    }
+    GEOSContextHandle_t handle_;
+    std::string message_;
+};
+
+Context& Ctx() {
+    thread_local Context context;
+    return context;
+}
+
+GEOSContextHandle_t H() { return Ctx().Handle(); }
+
+struct GeomDeleter {
+    void operator()(GEOSGeometry* g) const {
+        if (g) GEOSGeom_destroy_r(H(), g);
+    }
+};
+using GeomPtr = std::unique_ptr<GEOSGeometry, GeomDeleter>;
+
+[[noreturn]] void Fail(const char* operation) {
+    const std::string message = Ctx().Message().empty() ? "The geometry engine failed" : Ctx().Message();
+    throw Fault(fault::GeometryFailed, operation, message);
+}
+
+GeomPtr Check(GEOSGeometry* g, const char* operation) {
+    if (!g) Fail(operation);
+    return GeomPtr(g);
+}
+
+bool CheckChar(char r, const char* operation) {
+    if (r == 2) Fail(operation);
+    return r == 1;
+}
+
+// ---------------------------------------------------------------- to the engine
+
+GEOSCoordSequence* Sequence(std::span<const WKSPoint> pts) {
+    // WKSPoint is two doubles, laid out as the engine's interleaved XY buffer.
+    GEOSCoordSequence* s =
+        GEOSCoordSeq_copyFromBuffer_r(H(), reinterpret_cast<const double*>(pts.data()), pts.size(), 0, 0);
+    if (!s) Fail("CoordinateSequence");
+    return s;
+}
+
+GeomPtr MakeLine(std::span<const WKSPoint> pts) {
+    if (pts.size() < 2) return Check(GEOSGeom_createEmptyLineString_r(H()), "LineString");
+    return Check(GEOSGeom_createLineString_r(H(), Sequence(pts)), "LineString");
+}
+
+//! Null when the ring has fewer than three distinct positions' worth of vertices.
+GeomPtr MakeLinearRing(std::span<const WKSPoint> pts) {
+    std::vector<WKSPoint> closed;
+    if (!pts.empty() && !(pts.front() == pts.back())) {
+        closed.assign(pts.begin(), pts.end());
+        closed.push_back(pts.front());
+        pts = closed;
+    }
+    if (pts.size() < 4) return nullptr;
+    return Check(GEOSGeom_createLinearRing_r(H(), Sequence(pts)), "LinearRing");
+}
+
+GeomPtr MakeCollection(int type, std::vector<GeomPtr>& parts) {
+    std::vector<GEOSGeometry*> raw;
+    raw.reserve(parts.size());
+    for (auto& p : parts)
+        if (p) raw.push_back(p.get());
+    GEOSGeometry* g = GEOSGeom_createCollection_r(H(), type, raw.data(), static_cast<unsigned>(raw.size()));
+    if (!g) Fail("Collection");
+    for (auto& p : parts) (void)p.release(); // now owned by the collection
+    return GeomPtr(g);
+}
+
+GeomPtr MakePolygon(GeomPtr shell, std::vector<GeomPtr>& holes) {
+    std::vector<GEOSGeometry*> raw;
+    for (auto& h : holes)
+        if (h) raw.push_back(h.get());
+    GEOSGeometry* g =
+        GEOSGeom_createPolygon_r(H(), shell.get(), raw.data(), static_cast<unsigned>(raw.size()));
+    if (!g) Fail("Polygon");
+    (void)shell.release();
+    for (auto& h : holes) (void)h.release();
+    return GeomPtr(g);
+}
+
+std::vector<WKSPoint> Dense(const PartData& part) {
+    std::vector<WKSPoint> out;
+    DensifyPart(part, DefaultDensifyLimits(), out);
+    return out;
+}
+
+GeomPtr PolygonToGeos(const Polygon& input) {
+    std::shared_ptr<Polygon> simplified;
+    const Polygon* p = &input;
+    if (!input.IsKnownSimple()) {
+        simplified = std::make_shared<Polygon>(input);
+        simplified->Simplify();
+        p = simplified.get();
+    }
+    const std::vector<std::int32_t> owners = p->RingOwners();
+    std::vector<GeomPtr> polygons;
+    for (std::size_t e = 0; e < p->PartCount(); ++e) {
+        if (owners[e] != static_cast<std::int32_t>(e)) continue;
+        GeomPtr shell = MakeLinearRing(Dense(p->Part(e).Data()));
+        if (!shell) continue;
+        std::vector<GeomPtr> holes;
+        for (std::size_t h = 0; h < p->PartCount(); ++h)
+            if (h != e && owners[h] == static_cast<std::int32_t>(e))
+                if (GeomPtr ring = MakeLinearRing(Dense(p->Part(h).Data()))) holes.push_back(std::move(ring));
+        polygons.push_back(MakePolygon(std::move(shell), holes));
+    }
+    return MakeCollection(GEOS_MULTIPOLYGON, polygons);
+}
+
+GeomPtr ToGeos(const IGeometry& g) {
+    if (const auto* pt = dynamic_cast<const Point*>(&g)) {
+        if (pt->IsEmpty()) return Check(GEOSGeom_createEmptyPoint_r(H()), "Point");
+        return Check(GEOSGeom_createPointFromXY_r(H(), pt->X(), pt->Y()), "Point");
+    }
+    if (const auto* mp = dynamic_cast<const Multipoint*>(&g)) {
+        std::vector<GeomPtr> pts;
+        for (std::size_t i = 0; i < static_cast<std::size_t>(mp->PointCount()); ++i)
+            pts.push_back(Check(GEOSGeom_createPointFromXY_r(H(), mp->PointAt(i).X(), mp->PointAt(i).Y()), "Point"));
+        return MakeCollection(GEOS_MULTIPOINT, pts);
+    }
+    if (const auto* poly = dynamic_cast<const Polygon*>(&g)) return PolygonToGeos(*poly);
+    if (const auto* ring = dynamic_cast<const Ring*>(&g)) {
+        Polygon polygon;
+        polygon.AddPart(std::make_shared<Ring>(*ring));
+        return PolygonToGeos(polygon);
+    }
+    if (const auto* env = dynamic_cast<const Envelope*>(&g)) {
+        if (env->IsEmpty()) return Check(GEOSGeom_createEmptyPolygon_r(H()), "Polygon");
+        const WKSEnvelope b = env->Box();
+        return Check(GEOSGeom_createRectangle_r(H(), b.XMin, b.YMin, b.XMax, b.YMax), "Rectangle");
+    }
+    if (const auto* src = dynamic_cast<const PartSource*>(&g)) {
+        // Polyline or path.
+        std::vector<GeomPtr> lines;
+        for (std::size_t i = 0; i < src->SourcePartCount(); ++i)
+            if (src->SourcePart(i).vertices.size() >= 2) lines.push_back(MakeLine(Dense(src->SourcePart(i))));
+        return MakeCollection(GEOS_MULTILINESTRING, lines);
+    }
+    if (const auto* seg = dynamic_cast<const SegmentStore*>(&g)) {
+        PartData part;
+        if (!g.IsEmpty()) part.AppendSegment(seg->View());
+        return MakeLine(Dense(part));
+    }
+    if (const auto* bag = dynamic_cast<const GeometryBag*>(&g)) {
+        std::vector<GeomPtr> members;
+        for (std::int32_t i = 0; i < bag->GeometryCount(); ++i) members.push_back(ToGeos(*bag->Geometry(i)));
+        return MakeCollection(GEOS_GEOMETRYCOLLECTION, members);
+    }
+    throw Fault(fault::TypeMismatch, "Geometry", "This geometry cannot be handed to the topology engine");
+}
+
+// ---------------------------------------------------------------- from the engine
+
+std::vector<WKSPoint> Coords(const GEOSGeometry* g) {
+    const GEOSCoordSequence* seq = GEOSGeom_getCoordSeq_r(H(), g);
+    if (!seq) Fail("CoordinateSequence");
+    unsigned int n = 0;
+    GEOSCoordSeq_getSize_r(H(), seq, &n);
+    std::vector<WKSPoint> pts(n);
+    if (n > 0 && !GEOSCoordSeq_copyToBuffer_r(H(), seq, reinterpret_cast<double*>(pts.data()), 0, 0))
+        Fail("CoordinateSequence");
+    return pts;
+}
+
+struct Components {
+    std::vector<const GEOSGeometry*> points;
+    std::vector<const GEOSGeometry*> lines;
+    std::vector<const GEOSGeometry*> polygons;
+};
+
+void Collect(const GEOSGeometry* g, Components& c) {
+    if (GEOSisEmpty_r(H(), g) == 1) return;
+    switch (GEOSGeomTypeId_r(H(), g)) {
+    case GEOS_POINT:
+        c.points.push_back(g);
+        break;
+    case GEOS_LINESTRING:
+    case GEOS_LINEARRING:
+        c.lines.push_back(g);
+        break;
+    case GEOS_POLYGON:
+        c.polygons.push_back(g);
+        break;
+    default: {
+        const int n = GEOSGetNumGeometries_r(H(), g);
+        for (int i = 0; i < n; ++i) Collect(GEOSGetGeometryN_r(H(), g, i), c);
+    }
+    }
+}
+
+std::shared_ptr<Ring> OrientedRing(std::vector<WKSPoint> pts, bool exterior) {
+    auto ring = std::make_shared<Ring>();
+    ring->AddWKSPoints(static_cast<std::int32_t>(pts.size()), pts.data());
+    const double signedArea = PartSignedArea(ring->Data());
+    if ((exterior && signedArea > 0.0) || (!exterior && signedArea < 0.0)) ring->ReverseOrientation();
+    return ring;
+}
+
+std::shared_ptr<IGeometry> FromGeos(const GEOSGeometry* g, esriGeometryType type) {
+    Components c;
+    Collect(g, c);
+    switch (type) {
+    case esriGeometryPolygon: {
+        auto polygon = std::make_shared<Polygon>();
+        for (const GEOSGeometry* p : c.polygons) {
+            polygon->AddPart(OrientedRing(Coords(GEOSGetExteriorRing_r(H(), p)), true));
+            const int holes = GEOSGetNumInteriorRings_r(H(), p);
+            for (int i = 0; i < holes; ++i)
+                polygon->AddPart(OrientedRing(Coords(GEOSGetInteriorRingN_r(H(), p, i)), false));
+        }
+        polygon->MarkKnownSimple(true);
+        return polygon;
+    }
+    case esriGeometryPolyline: {
+        auto polyline = std::make_shared<Polyline>();
+        for (const GEOSGeometry* l : c.lines) {
+            const std::vector<WKSPoint> pts = Coords(l);
+            auto path = std::make_shared<Path>();
+            path->AddWKSPoints(static_cast<std::int32_t>(pts.size()), pts.data());
+            polyline->AddPart(std::move(path));
+        }
+        return polyline;
+    }
+    case esriGeometryMultipoint: {
+        auto mp = std::make_shared<Multipoint>();
+        for (const GEOSGeometry* p : c.points) {
+            double x = 0.0, y = 0.0;
+            GEOSGeomGetX_r(H(), p, &x);
+            GEOSGeomGetY_r(H(), p, &y);
+            mp->AddPoint(Point(x, y));
+        }
+        return mp;
+    }
+    case esriGeometryPoint: {
+        auto pt = std::make_shared<Point>();
+        if (!c.points.empty()) {
+            double x = 0.0, y = 0.0;
+            GEOSGeomGetX_r(H(), c.points.front(), &x);
+            GEOSGeomGetY_r(H(), c.points.front(), &y);
+            pt->PutCoords(x, y);
+        }
+        return pt;
+    }
+    default:
+        throw Fault(fault::TypeMismatch, "Geometry", "Unsupported result type");
+    }
+}
+
+GeomPtr MergeLines(GeomPtr g) {
+    if (GEOSisEmpty_r(H(), g.get()) == 1) return g;
+    return Check(GEOSLineMerge_r(H(), g.get()), "LineMerge");
+}
+
+double SizeOf(const GEOSGeometry* a) {
+    double xmin = 0, ymin = 0, xmax = 0, ymax = 0;
+    if (GEOSisEmpty_r(H(), a) == 1 || !GEOSGeom_getXMin_r(H(), a, &xmin) || !GEOSGeom_getYMin_r(H(), a, &ymin) ||
+        !GEOSGeom_getXMax_r(H(), a, &xmax) || !GEOSGeom_getYMax_r(H(), a, &ymax))
+        return 1.0;
+    return std::max({1.0, std::abs(xmax - xmin), std::abs(ymax - ymin), std::abs(xmin), std::abs(ymin)});
+}
+
+WKSPoint InteriorPoint(const GEOSGeometry* g) {
+    GeomPtr p = Check(GEOSPointOnSurface_r(H(), g), "PointOnSurface");
+    double x = 0.0, y = 0.0;
+    GEOSGeomGetX_r(H(), p.get(), &x);
+    GEOSGeomGetY_r(H(), p.get(), &y);
+    return {x, y};
+}
+
+} // namespace
+
+std::shared_ptr<IGeometry> GeosOverlay(OverlayOp op, const IGeometry& a, const IGeometry& b,
+                                       esriGeometryType resultType) {
+    Ctx().ClearMessage();
+    const GeomPtr ga = ToGeos(a);
+    const GeomPtr gb = ToGeos(b);
+    GeomPtr r;
+    switch (op) {
+    case OverlayOp::Union:
+        r = Check(GEOSUnion_r(H(), ga.get(), gb.get()), "Union");
+        if (resultType == esriGeometryPolyline) r = MergeLines(std::move(r));
+        break;
+    case OverlayOp::Intersection:
+        r = Check(GEOSIntersection_r(H(), ga.get(), gb.get()), "Intersect");
+        break;
+    case OverlayOp::Difference:
+        r = Check(GEOSDifference_r(H(), ga.get(), gb.get()), "Difference");
+        break;
+    case OverlayOp::SymDifference:
+        r = Check(GEOSSymDifference_r(H(), ga.get(), gb.get()), "SymmetricDifference");
+        break;
+    }
+    return FromGeos(r.get(), resultType);
+}
+
+bool GeosPredicate(Predicate predicate, const IGeometry& a, const IGeometry& b) {
+    Ctx().ClearMessage();
+    const GeomPtr ga = ToGeos(a);
+    const GeomPtr gb = ToGeos(b);
+    switch (predicate) {
+    case Predicate::Disjoint:
+        return CheckChar(GEOSDisjoint_r(H(), ga.get(), gb.get()), "Disjoint");
+    case Predicate::Intersects:
+        return CheckChar(GEOSIntersects_r(H(), ga.get(), gb.get()), "Intersects");
+    case Predicate::Contains:
+        return CheckChar(GEOSContains_r(H(), ga.get(), gb.get()), "Contains");
+    case Predicate::Within:
+        return CheckChar(GEOSWithin_r(H(), ga.get(), gb.get()), "Within");
+    case Predicate::Touches:
+        return CheckChar(GEOSTouches_r(H(), ga.get(), gb.get()), "Touches");
+    case Predicate::Overlaps:
+        return CheckChar(GEOSOverlaps_r(H(), ga.get(), gb.get()), "Overlaps");
+    case Predicate::Crosses:
+        return CheckChar(GEOSCrosses_r(H(), ga.get(), gb.get()), "Crosses");
+    case Predicate::Equals:
+        if (a.IsEmpty() || b.IsEmpty()) return a.IsEmpty() && b.IsEmpty();
+        return CheckChar(GEOSEquals_r(H(), ga.get(), gb.get()), "Equals");
+    }
+    return false;
+}
+
+bool GeosRelate(const IGeometry& a, const IGeometry& b, const std::string& pattern) {
+    Ctx().ClearMessage();
+    const GeomPtr ga = ToGeos(a);
+    const GeomPtr gb = ToGeos(b);
+    return CheckChar(GEOSRelatePattern_r(H(), ga.get(), gb.get(), pattern.c_str()), "Relation");
+}
+
+std::shared_ptr<IGeometry> GeosBuffer(const IGeometry& a, double distance) {
+    Ctx().ClearMessage();
+    const GeomPtr ga = ToGeos(a);
+    const GeomPtr r = Check(GEOSBuffer_r(H(), ga.get(), distance, kBufferQuadrantSegments), "Buffer");
+    return FromGeos(r.get(), esriGeometryPolygon);
+}
+
+std::shared_ptr<IGeometry> GeosConvexHull(const IGeometry& a) {
+    Ctx().ClearMessage();
+    const GeomPtr ga = ToGeos(a);
+    const GeomPtr r = Check(GEOSConvexHull_r(H(), ga.get()), "ConvexHull");
+    switch (GEOSGeomTypeId_r(H(), r.get())) {
+    case GEOS_POLYGON:
+    case GEOS_MULTIPOLYGON:
+        return FromGeos(r.get(), esriGeometryPolygon);
+    case GEOS_LINESTRING:
+    case GEOS_MULTILINESTRING:
+        return FromGeos(r.get(), esriGeometryPolyline);
+    default:
+        return FromGeos(r.get(), esriGeometryPoint);
+    }
+}
+
+std::shared_ptr<IGeometry> GeosUnionAll(const std::vector<std::shared_ptr<IGeometry>>& members,
+                                        esriGeometryType resultType) {
+    Ctx().ClearMessage();
+    std::vector<GeomPtr> parts;
+    for (const auto& m : members)
+        if (m && !m->IsEmpty()) parts.push_back(ToGeos(*m));
+    const GeomPtr all = MakeCollection(GEOS_GEOMETRYCOLLECTION, parts);
+    GeomPtr r = Check(GEOSUnaryUnion_r(H(), all.get()), "ConstructUnion");
+    if (resultType == esriGeometryPolyline) r = MergeLines(std::move(r));
+    return FromGeos(r.get(), resultType);
+}
+
+bool GeosLabelPoint(const Polygon& polygon, WKSPoint& out) {
+    Ctx().ClearMessage();
+    const GeomPtr g = PolygonToGeos(polygon);
+    if (GEOSisEmpty_r(H(), g.get()) == 1) return false;
+    out = InteriorPoint(g.get());
+    return true;
+}
+
+bool GeosRingsSimple(std::span<const std::span<const WKSPoint>> rings) {
+    Ctx().ClearMessage();
+    std::vector<GeomPtr> lines;
+    for (const auto& r : rings) lines.push_back(MakeLine(r));
+    const GeomPtr g = lines.size() == 1 ? std::move(lines.front()) : MakeCollection(GEOS_MULTILINESTRING, lines);
+    const char r = GEOSisSimple_r(H(), g.get());
+    return r == 1;
+}
+
+void GeosEvenOddPolygon(std::span<const std::span<const WKSPoint>> rings, Polygon& out) {
+    Ctx().ClearMessage();
+    std::vector<GeomPtr> lines;
+    for (const auto& r : rings)
+        if (r.size() >= 2) lines.push_back(MakeLine(r));
+    const GeomPtr all = MakeCollection(GEOS_MULTILINESTRING, lines);
+    const GeomPtr noded = Check(GEOSNode_r(H(), all.get()), "Simplify");
+    const GEOSGeometry* input[1] = {noded.get()};
+    const GeomPtr faces = Check(GEOSPolygonize_r(H(), input, 1), "Simplify");
+    std::vector<GeomPtr> kept;
+    const int n = GEOSGetNumGeometries_r(H(), faces.get());
+    for (int i = 0; i < n; ++i) {
+        const GEOSGeometry* face = GEOSGetGeometryN_r(H(), faces.get(), i);
+        if (GEOSisEmpty_r(H(), face) == 1) continue;
+        const WKSPoint p = InteriorPoint(face);
+        bool inside = false;
+        for (const auto& r : rings)
+            if (PointInRing(r.data(), r.size(), p) == 1) inside = !inside;
+        if (inside) kept.push_back(Check(GEOSGeom_clone_r(H(), face), "Simplify"));
+    }
+    const GeomPtr keptAll = MakeCollection(GEOS_GEOMETRYCOLLECTION, kept);
+    const GeomPtr merged = Check(GEOSUnaryUnion_r(H(), keptAll.get()), "Simplify");
+    const auto result = std::dynamic_pointer_cast<Polygon>(FromGeos(merged.get(), esriGeometryPolygon));
+    out.SetEmpty();
+    for (std::size_t i = 0; i < result->PartCount(); ++i) out.AddPart(result->PartPtr(i));
+}
+
+void GeosCut(const IGeometry& shape, const IPolyline& cutter, std::shared_ptr<IGeometry>& left,
+             std::shared_ptr<IGeometry>& right) {
+    Ctx().ClearMessage();
+    const auto* cutSource = dynamic_cast<const PartSource*>(&cutter);
+    if (!cutSource) throw Fault(fault::TypeMismatch, "Cut", "Unsupported cutter");
+    const GeomPtr self = ToGeos(shape);
+    const GeomPtr blade = ToGeos(cutter);
+    const double eps = kOnLineRelTolerance * std::max(SizeOf(self.get()), SizeOf(blade.get()));
+    auto rightOf = [cutSource](WKSPoint p) {
+        NearestResult r;
+        SourceNearest(*cutSource, esriExtendTangents, p, r);
+        return r.right;
+    };
+    auto distanceTo = [](const GEOSGeometry* g, WKSPoint p) {
+        const GeomPtr pt = Check(GEOSGeom_createPointFromXY_r(H(), p.X, p.Y), "Cut");
+        double d = 0.0;
+        if (!GEOSDistance_r(H(), g, pt.get(), &d)) Fail("Cut");
+        return d;
+    };
+    std::vector<GeomPtr> leftParts;
+    std::vector<GeomPtr> rightParts;
+    const bool isPolygon = shape.GeometryType() == esriGeometryPolygon;
+    if (!isPolygon && shape.GeometryType() != esriGeometryPolyline)
+        throw Fault(fault::TypeMismatch, "Cut", "Only polylines and polygons can be cut");
+
+    // Node the shape's linework together with the cutter.
+    const GeomPtr lines = isPolygon ? Check(GEOSBoundary_r(H(), self.get()), "Cut") : nullptr;
+    const GEOSGeometry* linework = isPolygon ? lines.get() : self.get();
+    Components lc;
+    Collect(linework, lc);
+    Collect(blade.get(), lc);
+    std::vector<GeomPtr> all;
+    for (const GEOSGeometry* l : lc.lines) all.push_back(Check(GEOSGeom_clone_r(H(), l), "Cut"));
+    const GeomPtr multi = MakeCollection(GEOS_MULTILINESTRING, all);
+    const GeomPtr noded = Check(GEOSNode_r(H(), multi.get()), "Cut");
+
+    if (isPolygon) {
+        const GEOSGeometry* input[1] = {noded.get()};
+        const GeomPtr faces = Check(GEOSPolygonize_r(H(), input, 1), "Cut");
+        const int n = GEOSGetNumGeometries_r(H(), faces.get());
+        for (int i = 0; i < n; ++i) {
+            const GEOSGeometry* face = GEOSGetGeometryN_r(H(), faces.get(), i);
+            const WKSPoint p = InteriorPoint(face);
+            const GeomPtr pt = Check(GEOSGeom_createPointFromXY_r(H(), p.X, p.Y), "Cut");
+            if (!CheckChar(GEOSContains_r(H(), self.get(), pt.get()), "Cut")) continue;
+            (rightOf(p) ? rightParts : leftParts).push_back(Check(GEOSGeom_clone_r(H(), face), "Cut"));
+        }
+    } else {
+        Components pieces;
+        Collect(noded.get(), pieces);
+        for (const GEOSGeometry* piece : pieces.lines) {
+            const std::vector<WKSPoint> pts = Coords(piece);
+            if (pts.size() < 2) continue;
+            // The middle of the piece by length tells where it came from and on which side it lies.
+            double total = 0.0;
+            for (std::size_t k = 1; k < pts.size(); ++k)
+                total += std::hypot(pts[k].X - pts[k - 1].X, pts[k].Y - pts[k - 1].Y);
+            WKSPoint mid = pts.front();
+            double acc = 0.0;
+            for (std::size_t k = 1; k < pts.size(); ++k) {
+                const double len = std::hypot(pts[k].X - pts[k - 1].X, pts[k].Y - pts[k - 1].Y);
+                if (acc + len >= 0.5 * total && len > 0.0) {
+                    const double u = (0.5 * total - acc) / len;
+                    mid = {pts[k - 1].X + u * (pts[k].X - pts[k - 1].X), pts[k - 1].Y + u * (pts[k].Y - pts[k - 1].Y)};
+                    break;
+                }
+                acc += len;
+            }
+            if (distanceTo(self.get(), mid) > eps || distanceTo(blade.get(), mid) <= eps) continue;
+            (rightOf(mid) ? rightParts : leftParts).push_back(Check(GEOSGeom_clone_r(H(), piece), "Cut"));
+        }
+    }
+    if (leftParts.empty() || rightParts.empty())
+        throw Fault(fault::GeometryFailed, "Cut", "The cutter does not cut the shape");
+    const esriGeometryType type = isPolygon ? esriGeometryPolygon : esriGeometryPolyline;
+    auto build = [type](std::vector<GeomPtr>& parts) {
+        const GeomPtr all = MakeCollection(GEOS_GEOMETRYCOLLECTION, parts);
+        GeomPtr merged = Check(GEOSUnaryUnion_r(H(), all.get()), "Cut");
+        if (type == esriGeometryPolyline) merged = MergeLines(std::move(merged));
+        return FromGeos(merged.get(), type);
+    };
+    left = build(leftParts);
+    right = build(rightParts);
+}
+
+} // namespace tess::detail
