@@ -271,8 +271,11 @@ void Polygon::Simplify() {
     std::vector<std::shared_ptr<Ring>> rings;
     for (auto& part : parts_) {
         detail::PartData clean = detail::CleanRing(part->Data(), tolerance);
-        // Fewer than three distinct vertices, or no area: the ring has collapsed.
-        if (clean.vertices.size() < 4 || detail::PartSignedArea(clean) == 0.0) continue;
+        // Fewer than three distinct vertices (a true curve may close on itself with two): the ring
+        // has collapsed. Flat rings that fold back on themselves are not simple and vanish in the
+        // overlay below; a zero signed area alone proves nothing (a figure-eight has it).
+        const std::size_t minimum = clean.curves.empty() ? 4 : 2;
+        if (clean.vertices.size() < minimum) continue;
         if (!(clean.vertices == part->Data().vertices) || !(clean.curves == part->Data().curves))
             part->MutableData() = std::move(clean);
         rings.push_back(part);
