@@ -61,6 +61,32 @@ TEST(ClipDense, NewEdgesGetAVertexEverySpacing) {
     EXPECT_EQ(static_cast<int>(v.size()), 101 + 2 + 1); // two old corners and the closing vertex
 }
 
+TEST(WrapAcrossTheEdge, DenseCutsMovedHomeAndUnitedInOneShape) {
+    // A polygon from 170 to 190 degrees, cut at 180 and the eastern piece brought home.
+    const auto shape = Wkt<Polygon>("POLYGON((170 0, 170 10, 190 10, 190 0, 170 0))");
+    shape->Simplify();
+    GeometryBag pieces;
+    for (const double shift : {0.0, 360.0}) {
+        const auto piece = CloneAs<Polygon>(*shape);
+        piece->ClipDense(Envelope(-180 + shift, -90, 180 + shift, 90), 0.1);
+        piece->Move(-shift, 0.0);
+        piece->Simplify();
+        pieces.AddGeometry(piece);
+    }
+    Polygon united;
+    united.ConstructUnion(pieces);
+    united.Simplify();
+    EXPECT_EQ(united.ExteriorRingCount(), 2);
+    EXPECT_NEAR(united.Area(), 200.0, kOverlayTolerance);
+    int onEdge = 0;
+    for (std::size_t r = 0; r < united.PartCount(); ++r) {
+        const auto v = united.Part(r).Vertices();
+        for (std::size_t i = 0; i + 1 < v.size(); ++i) // the closing vertex repeats the first
+            if (std::abs(std::abs(v[i].X) - 180.0) < 1e-9) ++onEdge;
+    }
+    EXPECT_EQ(onEdge, 2 * 101); // 0 to 10 every 0.1 on each side of the edge
+}
+
 TEST(Union, OverlappingSquaresAndSeparateOnes) {
     const auto a = Wkt<Polygon>("POLYGON((0 0, 0 2, 2 2, 2 0, 0 0))");
     const auto b = FromWkt("POLYGON((1 1, 1 3, 3 3, 3 1, 1 1))");
