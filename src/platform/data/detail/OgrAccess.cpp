@@ -397,6 +397,28 @@ std::int64_t OgrDataset::FileGdbTableNumber(const std::string& name) const {
     return number;
 }
 
+std::string OgrDataset::FileGdbItemDefinition(const std::string& name) const {
+    EnsureEngine();
+    const char* drivers[] = {"OpenFileGDB", nullptr};
+    const char* openOptions[] = {"LIST_ALL_TABLES=YES", nullptr};
+    GDALDatasetH h = GDALOpenEx(path_.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY, drivers, openOptions, nullptr);
+    if (!h)
+        Fail("Cannot read the catalog of '" + path_ + "'");
+    std::string definition;
+    if (OGRLayer* items = Ds(h)->GetLayerByName("GDB_Items")) {
+        const int nameField = items->GetLayerDefn()->GetFieldIndex("Name");
+        const int defField = items->GetLayerDefn()->GetFieldIndex("Definition");
+        for (auto& feature : *items) {
+            if (nameField >= 0 && defField >= 0 && EQUAL(feature->GetFieldAsString(nameField), name.c_str())) {
+                definition = feature->GetFieldAsString(defField);
+                break;
+            }
+        }
+    }
+    GDALClose(h);
+    return definition;
+}
+
 std::shared_ptr<OgrLayer> OgrDataset::OpenReader(const std::string& name) {
     EnsureEngine();
     std::string quoted;

@@ -71,6 +71,8 @@ public:
     std::vector<std::string> GroupLayerNames(const std::string& group) const;
     //! The table number of a class in a file geodatabase's catalog (its files are a%08x.*); 0 when absent.
     std::int64_t FileGdbTableNumber(const std::string& name) const;
+    //! The XML definition of an item (a feature dataset, a class) of a file geodatabase; empty when absent.
+    std::string FileGdbItemDefinition(const std::string& name) const;
     //! An independent reader over a table ("SELECT * FROM name"), for a second cursor on one connection.
     std::shared_ptr<OgrLayer> OpenReader(const std::string& name);
 

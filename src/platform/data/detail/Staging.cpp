@@ -174,8 +174,14 @@ std::string Staging::Staged(const std::string& name) const { return folder_ + "/
 void Staging::Copy(const std::vector<std::string>& names) {
     for (const std::string& name : names) {
         std::error_code ec;
-        if (tracked_.count(name) || !fs::is_regular_file(Original(name), ec))
+        if (!fs::is_regular_file(Original(name), ec))
             continue;
+        if (tracked_.count(name)) {
+            std::error_code eq;
+            if (!fs::equivalent(Staged(name), Original(name), eq) || eq)
+                continue; // already a copy of its own
+            fs::remove(Staged(name), ec); // a link becomes a copy before anyone writes it
+        }
         fs::copy_file(Original(name), Staged(name), fs::copy_options::overwrite_existing, ec);
         if (ec)
             Fail("Cannot change '" + Original(name) + "': no room for a working copy", ec);

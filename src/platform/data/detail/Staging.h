@@ -38,8 +38,8 @@ public:
     std::string Original(const std::string& name) const;
     std::string Staged(const std::string& name) const;
 
-    //! Copies files of root (names without folders) that the change will write. Files already
-    //! staged or missing are skipped.
+    //! Copies files of root (names without folders) that the change will write; a file staged as a
+    //! link becomes a copy. Files already copied or missing are skipped.
     void Copy(const std::vector<std::string>& names);
     //! Hard-links files the change only reads (copies where links are refused).
     void Link(const std::vector<std::string>& names);
