@@ -267,6 +267,21 @@ std::vector<std::shared_ptr<Ring>> OrientAndOrder(const std::vector<std::shared_
 } // namespace
 
 void Polygon::Simplify() {
+    if (simplified_ && simplifiedAt_ == LatestChange() && simplifiedWith_ == sr_.get()) {
+        const std::shared_ptr<Polygon> done = std::move(simplified_);
+        parts_.clear();
+        for (std::size_t i = 0; i < done->PartCount(); ++i) {
+            parts_.push_back(done->PartPtr(i));
+            parts_.back()->SpatialReference(sr_);
+        }
+        MarkKnownSimple(true);
+        return;
+    }
+    simplified_.reset();
+    SimplifyInPlace();
+}
+
+void Polygon::SimplifyInPlace() {
     const double tolerance = detail::ClusterTolerance(sr_);
     std::vector<std::shared_ptr<Ring>> rings;
     for (auto& part : parts_) {
@@ -309,9 +324,13 @@ void Polygon::Simplify() {
 
 bool Polygon::IsSimple() const {
     if (IsKnownSimple()) return true;
-    Polygon copy(*this);
-    copy.Simplify();
-    return copy.IsEqual(*this);
+    auto copy = std::make_shared<Polygon>(*this);
+    copy->SimplifyInPlace();
+    const bool simple = copy->IsEqual(*this);
+    simplified_ = std::move(copy);
+    simplifiedAt_ = LatestChange();
+    simplifiedWith_ = sr_.get();
+    return simple;
 }
 
 void Polygon::AssignResult(const IGeometry& result) {

@@ -55,6 +55,13 @@ protected:
 
 private:
     std::int32_t IndexOfRing(const IRing& ring) const;
+    void SimplifyInPlace();
+
+    // IsSimple simplifies a copy; Simplify right after it (the usual sequence) takes that copy's
+    // rings instead of doing the work twice.
+    mutable std::shared_ptr<Polygon> simplified_;
+    mutable std::uint64_t simplifiedAt_ = 0;
+    mutable const ISpatialReference* simplifiedWith_ = nullptr;
 };
 
 } // namespace tess

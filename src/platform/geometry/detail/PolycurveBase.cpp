@@ -1,5 +1,6 @@
 #include "platform/geometry/detail/PolycurveBase.h"
 
+#include <algorithm>
 #include <type_traits>
 
 #include "platform/geometry/Envelope.h"
@@ -422,6 +423,12 @@ template <class I, class P> bool PolycurveBase<I, P>::KnownSimpleState() const {
 template <class I, class P> void PolycurveBase<I, P>::MarkKnownSimple(bool simple) {
     knownSimple_ = simple;
     simpleStamp_ = NextStamp();
+}
+
+template <class I, class P> std::uint64_t PolycurveBase<I, P>::LatestChange() const {
+    std::uint64_t latest = changeStamp_;
+    for (const auto& part : parts_) latest = std::max(latest, part->Stamp());
+    return latest;
 }
 
 template class PolycurveBase<IPolyline, Path>;

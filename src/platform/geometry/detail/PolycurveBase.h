@@ -107,6 +107,8 @@ public:
     //! Known simple: set by Simplify, cleared when the shape or any of its parts changes.
     bool KnownSimpleState() const;
     void MarkKnownSimple(bool simple);
+    //! A stamp that grows whenever the shape or any of its parts changes.
+    std::uint64_t LatestChange() const;
 
 protected:
     PolycurveBase() = default;
@@ -118,12 +120,16 @@ protected:
     //! Global vertex index to (part, vertex); Fault when out of range. index == count is allowed
     //! when allowEnd (for inserting at the end).
     void Locate(std::int32_t index, std::size_t& part, std::int32_t& vertex, bool allowEnd) const;
-    void Changed() { knownSimple_ = false; }
+    void Changed() {
+        knownSimple_ = false;
+        changeStamp_ = NextStamp();
+    }
 
     std::vector<std::shared_ptr<PartT>> parts_;
     std::shared_ptr<ISpatialReference> sr_;
     bool knownSimple_ = false;
     std::uint64_t simpleStamp_ = 0;
+    std::uint64_t changeStamp_ = NextStamp();
 };
 
 extern template class PolycurveBase<IPolyline, Path>;
