@@ -603,9 +603,19 @@ bool OgrLayer::Extent(WKSEnvelope& box) {
 
 void OgrLayer::SetAttributeFilter(const std::string& where) {
     EnsureEngine();
-    if (Ly(Checked())->SetAttributeFilter(where.empty() ? nullptr : where.c_str()) != OGRERR_NONE)
-        Fail("The where clause \"" + where + "\" cannot be used on '" + Name() + "' in '" + owner_->Path() + "'",
-             fault::InvalidCall);
+    OGRLayer* layer = Ly(Checked());
+    const std::string what = "The where clause \"" + where + "\" cannot be used on '" + Name() + "' in '" +
+                             owner_->Path() + "'";
+    if (layer->SetAttributeFilter(where.empty() ? nullptr : where.c_str()) != OGRERR_NONE)
+        Fail(what, fault::InvalidCall);
+    if (!where.empty() && owner_->Driver() == OgrDriver::GeoPackage) {
+        // SQLite reads the clause only when the rows are fetched: fetch one now to report it here.
+        layer->ResetReading();
+        std::unique_ptr<OGRFeature> first(layer->GetNextFeature());
+        if (!first && CPLGetLastErrorType() >= CE_Failure)
+            Fail(what, fault::InvalidCall);
+        layer->ResetReading();
+    }
 }
 
 void OgrLayer::SetSpatialFilter(const FlatGeometry* shape) {

@@ -996,10 +996,7 @@ std::shared_ptr<OgrLayer> WorkspaceImpl::OpenPooledReader(const std::string& tab
         }
         break;
     case OgrDriver::GeoPackage:
-        if (!Shared()->Layer(table))
-            break;
-        layer = Shared()->OpenReader(table);
-        break;
+        break; // see BorrowReader
     }
     if (!layer)
         throw Fault(fault::NotFound, kSource, "'" + table + "' was not found in '" + path_ + "'");
@@ -1023,6 +1020,18 @@ std::shared_ptr<OgrLayer> WorkspaceImpl::OpenSessionReader(const std::string& ta
 
 LayerLease WorkspaceImpl::BorrowReader(const std::string& table) {
     auto self = shared_from_this();
+    if (driver_ == OgrDriver::GeoPackage) {
+        // One connection: its table handle goes to one cursor at a time (it sees the open
+        // transaction's rows); a cursor meanwhile gets a reader of its own on the connection.
+        if (!busy_.count(table)) {
+            auto layer = Shared()->Layer(table);
+            if (!layer)
+                throw Fault(fault::NotFound, kSource, "'" + table + "' was not found in '" + path_ + "'");
+            busy_.insert(table);
+            return LayerLease(self, table, std::move(layer), generation_, false, true);
+        }
+        return LayerLease(self, table, Shared()->OpenReader(table), generation_, false, false);
+    }
     const bool inSession = session_ && session_->staging &&
                            (session_->writers.count(table) || session_->created.count(table));
     if (inSession)
@@ -1038,6 +1047,8 @@ LayerLease WorkspaceImpl::BorrowReader(const std::string& table) {
 
 LayerLease WorkspaceImpl::BorrowIterator(const std::string& table) {
     auto writer = Writer(table);
+    if (driver_ == OgrDriver::GeoPackage)
+        return BorrowReader(table);
     if (!session_->iterating.count(table)) {
         session_->iterating.insert(table);
         return LayerLease(shared_from_this(), table, writer, generation_, false, true);
@@ -1047,6 +1058,15 @@ LayerLease WorkspaceImpl::BorrowIterator(const std::string& table) {
 
 void WorkspaceImpl::GiveBack(const std::string& table, std::shared_ptr<OgrLayer> layer, std::uint64_t generation,
                              bool pooled, bool writer) {
+    if (writer && driver_ == OgrDriver::GeoPackage) {
+        busy_.erase(table);
+        try {
+            ResetLayer(*layer);
+        } catch (const Fault&) {
+            // The connection is closed: nothing to reset.
+        }
+        return;
+    }
     if (writer) {
         if (session_ && session_->writers.count(table) && session_->writers[table] == layer) {
             session_->iterating.erase(table);

@@ -211,6 +211,7 @@ private:
     std::map<std::string, std::weak_ptr<TableImpl>, NameLess> tables_;
     std::map<std::string, std::vector<std::shared_ptr<OgrLayer>>, NameLess> idle_;
     std::set<std::string, NameLess> primaryOut_;
+    std::set<std::string, NameLess> busy_; //!< GeoPackage tables whose handle a cursor iterates
 
     std::unique_ptr<WriteSession> session_;
     std::uint64_t nextSession_ = 1;
