@@ -1,0 +1,68 @@
+#include "support/frmReport_modal.h"
+
+#include <gtest/gtest.h>
+
+#include "support/RtfRenderer.h"
+#include "TestSupport.h"
+
+namespace tess {
+namespace {
+
+const char* const kReport = R"({\rtf1\ansi{\fonttbl{\f0 Arial;}}\pard\qc\b Done\b0\par   3 Records\par})";
+
+class ReportDialogTest : public test::ScriptedUITest {};
+
+TEST_F(ReportDialogTest, ShowsTheReportWithItsCaptions) {
+    ui_->QueueFormScript("frmReport_modal", [](Form& f) {
+        EXPECT_EQ(f.Caption, " Report");
+        EXPECT_EQ(f.Ctl("txtReport").Text, kReport);
+        EXPECT_TRUE(f.Ctl("txtReport").Locked);
+        EXPECT_EQ(f.Ctl("cmdOK").Caption, "&Exit");
+        EXPECT_EQ(f.Ctl("cmdPrint").Caption, "&Print");
+        EXPECT_EQ(f.Ctl("cmdCopy").Caption, "&Copy to Clipboard");
+        f.Fire("cmdOK", FormEvent::Click);
+        EXPECT_FALSE(f.IsLoaded());
+    });
+    frmReport_modal::ShowReport(kReport);
+    EXPECT_EQ(ui_->Texts("modal"), std::vector<std::string>{"frmReport_modal"});
+}
+
+TEST_F(ReportDialogTest, CopyPutsAllThreeFormsOnTheClipboard) {
+    ui_->QueueFormScript("frmReport_modal", [](Form& f) { f.Fire("cmdCopy", FormEvent::Click); });
+    frmReport_modal::ShowReport(kReport);
+    EXPECT_EQ(ui_->Texts("copy"), std::vector<std::string>{kReport});
+    EXPECT_EQ(ui_->Clipboard(), "Done\n  3 Records\n"); // the first blank ends \par
+}
+
+TEST_F(ReportDialogTest, PrintLeavesTheReportOpen) {
+    ui_->QueueFormScript("frmReport_modal", [](Form& f) {
+        f.Fire("cmdPrint", FormEvent::Click);
+        EXPECT_TRUE(f.IsLoaded());
+    });
+    frmReport_modal::ShowReport(kReport);
+    ASSERT_EQ(ui_->Texts("print").size(), 1u);
+    EXPECT_EQ(ui_->Log().back().title, " Report");
+}
+
+TEST_F(ReportDialogTest, ResizeStretchesTextAndMovesBottomRow) {
+    frmReport_modal form;
+    form.Load();
+    const Control report = form.Ctl("txtReport");
+    const Control ok = form.Ctl("cmdOK");
+    const Control corner = form.Ctl("imgCornerBars");
+    const double oldWidth = form.Width, oldHeight = form.Height;
+    form.Width += 100;
+    form.Height += 60;
+    form.Fire("", FormEvent::Resize);
+    EXPECT_DOUBLE_EQ(form.Ctl("txtReport").Width, report.Width + 100);
+    EXPECT_DOUBLE_EQ(form.Ctl("txtReport").Height, report.Height + 60);
+    EXPECT_DOUBLE_EQ(form.Ctl("cmdOK").Top, ok.Top + 60);
+    EXPECT_DOUBLE_EQ(form.Ctl("cmdOK").Height, ok.Height);
+    // Across, the buttons keep their share of the width: 1e-3 px covers single-precision ratios.
+    EXPECT_NEAR(form.Ctl("cmdOK").Left, ok.Left * form.Width / oldWidth, 1e-3);
+    EXPECT_DOUBLE_EQ(form.Ctl("imgCornerBars").Left, corner.Left + 100);
+    EXPECT_DOUBLE_EQ(form.Ctl("imgCornerBars").Top, corner.Top + (form.Height - oldHeight));
+}
+
+} // namespace
+} // namespace tess
