@@ -386,7 +386,8 @@ class ITransform2D {
 public:
     virtual ~ITransform2D() = default;
     virtual void Move(double dx, double dy) = 0;
-    //! Unequal factors turn circular arcs into elliptic arcs.
+    //! Unequal factors turn the circular arcs of a path, ring or multipart shape into elliptic
+    //! arcs; a lone CircularArc refuses them (Fault), as it cannot change its kind.
     virtual void Scale(const IPoint& origin, double sx, double sy) = 0;
     virtual void Rotate(const IPoint& origin, double angle) = 0;
 };

@@ -28,6 +28,14 @@ constexpr int kArcInverseSteps = 60;
 constexpr double kBezierRelDeviation = 1e-5;
 //! Upper bound of pieces for one densified segment, to keep a pathological input finite.
 constexpr int kMaxDensifyPieces = 100000;
+//! Smallest absolute tolerance of an integration: keeps the stopping test meaningful for an
+//! integrand that is zero everywhere.
+constexpr double kTinyTolerance = 1e-300;
+//! Relative size of the leading coefficient below which a quadratic is solved as linear.
+constexpr double kQuadraticDegenerate = 1e-14;
+//! Arc-length inversion stops when the length is matched this close (relative): ten times the
+//! accuracy of the integral itself, so that rounding cannot keep it iterating.
+constexpr double kArcInverseRelTol = 10.0 * kIntegrationRelTol;
 
 double Cross(WKSPoint p, WKSPoint q) { return p.X * q.Y - p.Y * q.X; }
 WKSPoint Sub(WKSPoint p, WKSPoint q) { return {p.X - q.X, p.Y - q.Y}; }
@@ -79,7 +87,7 @@ template <class F> double Integrate(F f, double a, double b) {
     double k = 0.0;
     double g = 0.0;
     GaussKronrod(absf, a, b, k, g);
-    const double tol = std::max(std::abs(k) * kIntegrationRelTol, 1e-300);
+    const double tol = std::max(std::abs(k) * kIntegrationRelTol, kTinyTolerance);
     return Adaptive(f, a, b, tol, 0);
 }
 
@@ -157,7 +165,7 @@ int QuadraticRoots01(double q2, double q1, double q0, double roots[2]) {
     };
     const double scale = std::max({std::abs(q2), std::abs(q1), std::abs(q0)});
     if (scale == 0.0) return 0;
-    if (std::abs(q2) <= 1e-14 * scale) {
+    if (std::abs(q2) <= kQuadraticDegenerate * scale) {
         if (q1 != 0.0) keep(-q0 / q1);
         return n;
     }
@@ -270,7 +278,7 @@ WKSPoint PointAtDistance(const SegmentView& s, double d) {
     double u = d / length;
     for (int i = 0; i < kArcInverseSteps; ++i) {
         const double f = LengthToParameter(s, u) - d;
-        if (std::abs(f) <= length * kIntegrationRelTol * 10.0) break;
+        if (std::abs(f) <= length * kArcInverseRelTol) break;
         if (f > 0.0)
             hi = u;
         else
