@@ -1,6 +1,11 @@
 #include "support/GeneralHelpers.h"
 
 #include "frame/ErrorHandling.h"
+#include "platform/framework/Application.h"
+#include "platform/framework/CommandBars.h"
+#include "platform/framework/Document.h"
+#include "platform/system/Fault.h"
+#include "platform/system/UID.h"
 #include "platform/srs/SpatialReference.h"
 #include "platform/system/Variant.h"
 #include "platform/ui/Form.h"
@@ -78,6 +83,20 @@ bool CompareSpatialReferences(const std::shared_ptr<ISpatialReference>& first,
         if (!first || !second)
             return !first && !second;
         return first->IsEqual(*second) && first->IsXYPrecisionEqual(*second);
+    });
+}
+
+void EnableSelectTool(const std::shared_ptr<IApplication>& application) {
+    TrappedVoid("EnableSelectTool ", [&] {
+        UID uid;
+        uid.Value(kSelectElementsToolId);
+        std::shared_ptr<ICommandItem> item;
+        if (application && application->Document())
+            if (auto bars = application->Document()->CommandBars())
+                item = bars->Find(uid, false, false);
+        if (!item)
+            throw Fault(fault::ObjectNotSet, "MyGeneralOperations", "Object variable or With block variable not set");
+        item->Execute();
     });
 }
 

@@ -9,6 +9,7 @@
 namespace tess {
 
 class Control;
+class IApplication;
 class ISpatialReference;
 
 //! Caret position meaning "behind the last character".
@@ -34,5 +35,9 @@ void OpenDoc(const std::string& path);
 //! XY precision.
 bool CompareSpatialReferences(const std::shared_ptr<ISpatialReference>& first,
                               const std::shared_ptr<ISpatialReference>& second);
+
+//! Makes the host's tool for selecting graphic elements the current tool, by running its item of
+//! the document's command bars.
+void EnableSelectTool(const std::shared_ptr<IApplication>& application);
 
 } // namespace tess

@@ -10,6 +10,7 @@
 #include <system_error>
 
 #include "frame/ErrorHandling.h"
+#include "platform/data/Field.h"
 #include "platform/system/Variant.h"
 
 namespace tess {
@@ -164,6 +165,22 @@ std::string InsertCommas(const Variant& value) {
             whole = BasicTrimAvenue(grouped, ",", ",");
         }
         return point == std::string::npos ? whole : whole + "." + text.substr(point + 1);
+    });
+}
+
+bool FieldIsNumeric(const std::shared_ptr<IField>& field) {
+    return Trapped("FieldIsNumeric ", false, [&] {
+        if (!field)
+            return false;
+        switch (field->Type()) {
+        case esriFieldTypeSmallInteger:
+        case esriFieldTypeInteger:
+        case esriFieldTypeSingle:
+        case esriFieldTypeDouble:
+            return true;
+        default:
+            return false;
+        }
     });
 }
 

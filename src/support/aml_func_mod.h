@@ -5,6 +5,7 @@
 // Every routine traps its faults, reports them through HandleError and then
 // gives back an empty result.
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,6 +13,7 @@
 namespace tess {
 
 class Variant;
+class IField;
 
 //! Splits text at the delimiter. Text between a pair of double quotes does not split, and the
 //! quotes are dropped; every part is trimmed of blanks. Text that holds only delimiters and
@@ -37,6 +39,9 @@ std::string BasicTrimAvenue(const std::string& text, const std::string& leftSet,
 //! The value as text with "," between groups of three digits of its whole part: 1234567.89
 //! gives "1,234,567.89", 123 gives "123".
 std::string InsertCommas(const Variant& value);
+
+//! True for small integer, integer, single and double fields; false for any other and for none.
+bool FieldIsNumeric(const std::shared_ptr<IField>& field);
 
 //! The path without its last "." part; a path without "." comes back whole.
 std::string ClipExtension(const std::string& path);

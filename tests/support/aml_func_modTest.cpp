@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "platform/data/Field.h"
 #include "platform/system/Variant.h"
 #include "TestSupport.h"
 
@@ -157,6 +158,19 @@ TEST_F(FileFunctionsTest, FullFileStringResolvesOrGivesBack) {
     const std::string dotted = dir_.string() + "/folder.gdb/../roads.shp";
     EXPECT_EQ(GetFullFileString(dotted), fs::canonical(Path("roads.shp")).string());
     EXPECT_EQ(GetFullFileString(Path("nothing/here")), Path("nothing/here"));
+}
+
+TEST(FieldIsNumeric, FourNumberTypesOnly) {
+    auto field = std::make_shared<Field>();
+    const std::pair<esriFieldType, bool> cases[] = {
+        {esriFieldTypeSmallInteger, true}, {esriFieldTypeInteger, true}, {esriFieldTypeSingle, true},
+        {esriFieldTypeDouble, true},       {esriFieldTypeString, false}, {esriFieldTypeDate, false},
+        {esriFieldTypeOID, false},         {esriFieldTypeGeometry, false}};
+    for (const auto& [type, numeric] : cases) {
+        field->Type(type);
+        EXPECT_EQ(FieldIsNumeric(field), numeric) << "type " << type;
+    }
+    EXPECT_FALSE(FieldIsNumeric(nullptr));
 }
 
 TEST(GetTheUserName, GivesAName) {
