@@ -78,12 +78,13 @@ public:
     void RefreshListener(std::function<void(const ViewRefresh&)> listener) override {
         listener_ = std::move(listener);
     }
+    //! Whether an extent was set (otherwise Extent answers the full extent).
+    bool ExtentIsSet() const { return extent_ != nullptr; }
 
 protected:
     ActiveViewBase();
     //! The full extent when none is set: the view's content.
     virtual std::shared_ptr<IEnvelope> ComputeFullExtent() const = 0;
-    bool HasExtent() const { return extent_ != nullptr; }
 
 private:
     void Record(ViewRefresh request);

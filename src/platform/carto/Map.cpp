@@ -29,11 +29,12 @@ bool Is(const ILayer& layer) {
     return dynamic_cast<const T*>(&layer) != nullptr;
 }
 
+bool AnyLayer(const ILayer&) { return true; }
 bool NoLayerHere(const ILayer&) { return false; }
 
 // Interface ids of layer kinds, as callers pass them to Layers.
 const std::array<KnownInterface, 6> kLayerInterfaces{{
-    {"{34C20002-4D3C-11D0-92D8-00805F7C28B0}", &Is<ILayer>},
+    {"{34C20002-4D3C-11D0-92D8-00805F7C28B0}", &AnyLayer},
     {"{40A9E885-5533-11D0-98BE-00805F7CED21}", &Is<IFeatureLayer>},
     {"{E156D7E5-22AF-11D3-9F99-00C04F6BC78E}", &Is<IGeoFeatureLayer>},
     {"{6CA416B1-E160-11D2-9F4E-00C04F6BC78E}", &Is<IDataLayer>},
