@@ -205,6 +205,16 @@ void Staging::Link(const std::vector<std::string>& names) {
     }
 }
 
+void Staging::Block(const std::string& name) {
+    std::error_code ec;
+    if (fs::is_regular_file(Original(name), ec))
+        tracked_.insert(name);
+    fs::remove(Staged(name), ec);
+    fs::create_directory(Staged(name), ec);
+    if (ec)
+        Fail("Cannot change the data in '" + root_ + "'", ec);
+}
+
 void Staging::Step(std::string_view step) const {
     if (Hook())
         Hook()(step);

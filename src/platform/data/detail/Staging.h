@@ -43,6 +43,9 @@ public:
     void Copy(const std::vector<std::string>& names);
     //! Hard-links files the change only reads (copies where links are refused).
     void Link(const std::vector<std::string>& names);
+    //! Keeps the engine from making or using the file in the staging folder: a folder of that name
+    //! takes its place. The original, if any, is removed by the commit.
+    void Block(const std::string& name);
     //! Whether the file was staged by Copy or Link.
     bool Has(const std::string& name) const { return tracked_.count(name) != 0; }
 

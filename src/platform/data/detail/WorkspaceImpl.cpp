@@ -409,6 +409,7 @@ std::shared_ptr<ITable> WorkspaceImpl::OpenTable(const std::string& name) {
     if (auto table = Find(canonical))
         return table;
     auto table = MakeTable(shared_from_this(), canonical, hasShape);
+    table->Schema(); // a table that cannot be read is a fault here, not at its first search
     tables_[canonical] = table;
     return table;
 }
@@ -435,8 +436,7 @@ std::shared_ptr<IFeatureClass> WorkspaceImpl::CreateFeatureClass(
 std::shared_ptr<ITable> WorkspaceImpl::CreateTable(const std::string& name, const std::shared_ptr<IFields>& fields,
                                                    const std::shared_ptr<IUID>&, const std::shared_ptr<IUID>&,
                                                    const std::string& configKeyword) {
-    auto created = CreateClass(name, fields, esriFTSimple, "", configKeyword, false, "", nullptr);
-    (void)created;
+    CreateClass(name, fields, esriFTSimple, "", configKeyword, false, "", nullptr);
     return OpenTable(name);
 }
 
@@ -520,6 +520,7 @@ std::shared_ptr<IFeatureClass> WorkspaceImpl::CreateClass(const std::string& nam
 
     WriteTicket ticket = Acquire();
     session_->changed = true;
+    std::string created = n;
     switch (driver_) {
     case OgrDriver::Shapefile: {
         const std::string file = session_->staging->Staged(n + (featureClass ? ".shp" : ".dbf"));
@@ -574,19 +575,25 @@ std::shared_ptr<IFeatureClass> WorkspaceImpl::CreateClass(const std::string& nam
         auto layer = ds->CreateLayer(n, kind, wkt, options);
         for (const auto& f : attributes)
             layer->CreateField(StorageSpec(*f, driver_));
-        session_->writers[n] = layer;
-        session_->created.insert(n);
-        session_->deleted.erase(n);
+        if (gdb)
+            BlockNewFreelists();
+        // The engine renames what the storage reserves ("values" becomes "values_").
+        created = layer->Name();
+        session_->writers[created] = layer;
+        session_->created.insert(created);
+        session_->deleted.erase(created);
         break;
     }
     case OgrDriver::PersonalGDB:
         ReadOnlyFault("create '" + n + "'");
     }
     ticket.Release();
-    tables_.erase(n);
-    if (!featureClass)
+    tables_.erase(created);
+    if (!featureClass) {
+        OpenTable(created);
         return nullptr;
-    return OpenFeatureClass(n);
+    }
+    return OpenFeatureClass(created);
 }
 
 void WorkspaceImpl::DeleteClass(const std::string& name) {
@@ -939,6 +946,7 @@ void WorkspaceImpl::JoinSession(const std::string& table) {
                     files.push_back(file);
             }
             s.staging->Copy(files);
+            s.staging->Block(prefix + "freelist");
         }
         auto layer = s.gdb->Layer(table);
         if (!layer)
@@ -955,6 +963,21 @@ void WorkspaceImpl::JoinSession(const std::string& table) {
     }
     case OgrDriver::PersonalGDB:
         ReadOnlyFault("change '" + table + "'");
+    }
+}
+
+// The file geodatabase writer of the engine this platform is built on can write a grown row
+// four bytes past a reused free area, over the next row. Without a free list (a folder stands
+// where the engine would keep it) every moved row goes to the end of the table instead, at the
+// cost of leaving the old areas unused.
+void WorkspaceImpl::BlockNewFreelists() {
+    std::error_code ec;
+    for (const auto& entry : fs::directory_iterator(session_->staging->Folder(), ec)) {
+        const std::string file = entry.path().filename().string();
+        if (!entry.is_regular_file() || !EndsWithNoCase(file, ".gdbtable") || session_->staging->Has(file) ||
+            fs::exists(session_->staging->Original(file)))
+            continue;
+        session_->staging->Block(file.substr(0, file.size() - std::string(".gdbtable").size()) + ".freelist");
     }
 }
 

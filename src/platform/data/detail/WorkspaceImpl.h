@@ -195,6 +195,7 @@ private:
     void StartSession();
     void EndSession(bool save);
     void JoinSession(const std::string& table);
+    void BlockNewFreelists();
     std::shared_ptr<OgrLayer> OpenPooledReader(const std::string& table);
     std::shared_ptr<OgrLayer> OpenSessionReader(const std::string& table);
     std::vector<std::string> ShapefileComponents(const std::string& name) const;
