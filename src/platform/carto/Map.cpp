@@ -119,9 +119,16 @@ void Map::AddLayer(const std::shared_ptr<ILayer>& layer) {
     if (std::find(all.begin(), all.end(), layer) != all.end())
         throw Fault(fault::InvalidCall, kSource, "The layer '" + layer->Name() + "' is already in the map");
     layers_.insert(layers_.begin(), layer);
-    if (!sr_) {
-        if (auto* geo = dynamic_cast<const IGeoDataset*>(layer.get()))
+    if (sr_)
+        return;
+    // The first layer with a reference gives the map its own; a group answers by its members.
+    std::vector<std::shared_ptr<ILayer>> added;
+    Walk({layer}, true, added);
+    for (const auto& candidate : added) {
+        if (auto* geo = dynamic_cast<const IGeoDataset*>(candidate.get()); geo && geo->SpatialReference()) {
             sr_ = geo->SpatialReference();
+            return;
+        }
     }
 }
 
