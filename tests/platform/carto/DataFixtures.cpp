@@ -35,6 +35,12 @@ std::shared_ptr<IFeatureClass> MakeShapefile(const std::string& folder, const st
                                              const std::vector<FeatureSpec>& features) {
     ShapefileWorkspaceFactory factory;
     auto workspace = std::dynamic_pointer_cast<IFeatureWorkspace>(factory.OpenFromFile(folder, 0));
+    return MakeFeatureClass(*workspace, name, type, sr, features);
+}
+
+std::shared_ptr<IFeatureClass> MakeFeatureClass(IFeatureWorkspace& workspace, const std::string& name,
+                                                esriGeometryType type, const std::shared_ptr<ISpatialReference>& sr,
+                                                const std::vector<FeatureSpec>& features) {
     auto fields = std::make_shared<Fields>();
     auto definition = std::make_shared<GeometryDef>();
     definition->GeometryType(type);
@@ -54,7 +60,7 @@ std::shared_ptr<IFeatureClass> MakeShapefile(const std::string& folder, const st
     number->Type(esriFieldTypeInteger);
     number->Precision(9);
     fields->AddField(number);
-    auto featureClass = workspace->CreateFeatureClass(name, fields, nullptr, nullptr, esriFTSimple, "Shape", "");
+    auto featureClass = workspace.CreateFeatureClass(name, fields, nullptr, nullptr, esriFTSimple, "Shape", "");
 
     auto cursor = featureClass->Insert(true);
     auto buffer = featureClass->CreateFeatureBuffer();

@@ -10,6 +10,7 @@
 
 namespace tess {
 class IFeatureClass;
+class IFeatureWorkspace;
 class IGeometry;
 class ISpatialReference;
 } // namespace tess
@@ -41,6 +42,11 @@ struct FeatureSpec {
 std::shared_ptr<IFeatureClass> MakeShapefile(const std::string& folder, const std::string& name,
                                              esriGeometryType type, const std::shared_ptr<ISpatialReference>& sr,
                                              const std::vector<FeatureSpec>& features);
+
+//! The same in any workspace (a file geodatabase, a GeoPackage...).
+std::shared_ptr<IFeatureClass> MakeFeatureClass(IFeatureWorkspace& workspace, const std::string& name,
+                                                esriGeometryType type, const std::shared_ptr<ISpatialReference>& sr,
+                                                const std::vector<FeatureSpec>& features);
 
 //! Points at (i, i) for i = 0..count-1, named "p0", "p1", ...
 std::vector<FeatureSpec> PointFeatures(int count);

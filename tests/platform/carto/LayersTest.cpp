@@ -21,6 +21,8 @@
 #include "platform/data/QueryFilter.h"
 #include "platform/data/SelectionSet.h"
 #include "platform/data/Table.h"
+#include "platform/data/Workspace.h"
+#include "platform/data/WorkspaceFactories.h"
 #include "platform/geometry/Geometries.h"
 #include "platform/srs/SpatialReference.h"
 #include "platform/srs/SpatialReferenceEnvironment.h"
@@ -228,6 +230,35 @@ TEST_F(LayersTest, ConnectResolvesRelativePathsWrittenWithEitherSlashAndAppliesT
     ASSERT_TRUE(badWhere.Connect(""));
     EXPECT_EQ(badWhere.SelectionSet()->Count(), 0);
     EXPECT_EQ(badWhere.Kept().whereClause, "NO_SUCH_FIELD = 1");
+}
+
+TEST_F(LayersTest, EachKindOfWorkspaceGivesItsOwnDataSourceType) {
+    struct Kind {
+        std::shared_ptr<IWorkspaceFactory> factory;
+        const char* name;
+        const char* type;
+    };
+    const std::vector<Kind> kinds{
+        {std::make_shared<FileGDBWorkspaceFactory>(), "site.gdb", "File Geodatabase Feature Class"},
+        {std::make_shared<GeoPackageWorkspaceFactory>(), "site.gpkg", "GeoPackage Feature Class"},
+    };
+    for (const auto& kind : kinds) {
+        SCOPED_TRACE(kind.type);
+        auto workspace = std::dynamic_pointer_cast<IFeatureWorkspace>(kind.factory->Create(folder.Path(), kind.name));
+        ASSERT_TRUE(workspace);
+        auto featureClass = testing::MakeFeatureClass(*workspace, "wells", esriGeometryPoint, nullptr, PointFeatures(3));
+        auto layer = LayerOf(featureClass);
+        EXPECT_EQ(layer->DataSourceType(), kind.type);
+        EXPECT_EQ(layer->DataSource().datasetName, "wells");
+        layer->SelectFeatures(Where("POP > 0"), esriSelectionResultNew, false);
+        EXPECT_EQ(layer->SelectionSet()->Count(), 2);
+
+        // The same data found again from the layer's source alone.
+        FeatureLayer again;
+        again.DataSource(layer->DataSource());
+        ASSERT_TRUE(again.Connect(""));
+        EXPECT_EQ(again.FeatureClass()->FeatureCount(nullptr), 3);
+    }
 }
 
 TEST_F(LayersTest, AStandaloneTableConnectsToATableOfAWorkspace) {
