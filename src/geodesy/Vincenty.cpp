@@ -3,7 +3,11 @@
 #include "frame/ErrorHandling.h"
 #include "geodesy/detail/VincentyKernels.h"
 #include "platform/geometry/Geometry.h"
+#include "platform/geometry/Point.h"
+#include "platform/geometry/Polyline.h"
+#include "platform/srs/SpatialReference.h"
 #include "platform/system/CheckedArithmetic.h"
+#include "platform/system/Fault.h"
 
 namespace tess::MyGeometricOperations {
 
@@ -64,6 +68,56 @@ void PointLineVincentyPerPoint2(const IPoint& StartPoint, double Distance, doubl
         EndPoint.X(endLon);
         EndPoint.Y(endLat);
         FarAzimuth = far;
+    });
+}
+
+namespace {
+
+// The geographic reference of a point: its own, or the one beneath its projection.
+std::shared_ptr<IGeographicCoordinateSystem> GeographicReferenceOf(const IGeometry& geometry) {
+    const auto reference = geometry.SpatialReference();
+    if (auto geographic = std::dynamic_pointer_cast<IGeographicCoordinateSystem>(reference))
+        return geographic;
+    const auto projected = std::dynamic_pointer_cast<IProjectedCoordinateSystem>(reference);
+    if (!projected)
+        throw Fault(fault::ObjectNotSet, "PointLineVincenty2", "Object variable or With block variable not set");
+    return projected->GeographicCoordinateSystem();
+}
+
+} // namespace
+
+void PointLineVincenty2(const IPoint& StartPoint, double Distance, double Azimuth, IPoint& EndPoint,
+                        double& FarAzimuth, std::int32_t& VertexCount, std::shared_ptr<IPolyline>& Polyline) {
+    TrappedVoid("PointLineVincenty2 ", [&] {
+        const auto geographic = GeographicReferenceOf(StartPoint);
+        const auto spheroid = geographic->Datum()->Spheroid();
+        const double a = spheroid->SemiMajorAxis();
+        const double b = spheroid->SemiMinorAxis();
+
+        if (VertexCount < 1) {
+            PointLineVincentyPerPoint2(StartPoint, Distance, Azimuth, EndPoint, FarAzimuth, a, b);
+            EndPoint.SpatialReference(geographic);
+            return;
+        }
+        if (VertexCount == 1)
+            VertexCount = 2;
+        const double step = Checked("PointLineVincenty2", [&] { return Distance / (VertexCount - 1); });
+
+        if (!Polyline)
+            Polyline = std::make_shared<tess::Polyline>();
+        auto& vertices = dynamic_cast<IPointCollection&>(*Polyline);
+        vertices.AddPoint(StartPoint);
+        // Every vertex is solved from the start, so that no error accumulates along the line.
+        for (std::int32_t i = 1; i <= VertexCount - 2; ++i) {
+            Point vertex;
+            const double along = Checked("PointLineVincenty2", [&] { return i * step; });
+            PointLineVincentyPerPoint2(StartPoint, along, Azimuth, vertex, FarAzimuth, a, b);
+            vertices.AddPoint(vertex);
+        }
+        PointLineVincentyPerPoint2(StartPoint, Distance, Azimuth, EndPoint, FarAzimuth, a, b);
+        vertices.AddPoint(EndPoint);
+        Polyline->SpatialReference(geographic);
+        EndPoint.SpatialReference(geographic);
     });
 }
 

@@ -95,6 +95,19 @@ TEST(SpheroidalCartToLatLong, PointWellInsideGoesToTheNormalThroughIt) {
     EXPECT_NEAR(lon, elon, 1e-12);
 }
 
+TEST(SpheroidalCartToLatLong, CentreGivesLatitude180OnASpheroidAnd90OnASphere) {
+    // atan2(0, 0) is 0, the numerator is 0 and the denominator -e2 a: the colatitude is minus
+    // half pi. On a sphere e2 is 0 and the colatitude is atan2(0, 0), 0.
+    FaultRecorder faults;
+    double lon = -1, lat = -1;
+    SpheroidalCartToLatLong(lon, lat, 0.0, 0.0, 0.0, kWgsA, kWgsB, 0.0);
+    EXPECT_EQ(lon, 0.0);
+    EXPECT_NEAR(lat, 180.0, 1e-12);
+    SpheroidalCartToLatLong(lon, lat, 0.0, 0.0, 0.0, kWgsA, kWgsA, 0.0);
+    EXPECT_EQ(lat, 90.0);
+    EXPECT_EQ(faults.Count(), 0u);
+}
+
 TEST(SpheroidalCartToLatLong, ZeroSemiMajorIsReportedAndLeavesTheOutputs) {
     FaultRecorder faults;
     double lon = 1.5, lat = 2.5;
