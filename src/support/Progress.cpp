@@ -4,8 +4,13 @@
 #include <limits>
 
 #include "frame/ErrorHandling.h"
+#include "frame/clsExtension.h"
 #include "platform/system/Fault.h"
+#include "platform/ui/UIServices.h"
 #include "support/Format.h"
+#include "support/ModelessFrame.h"
+#include "support/ProgressForm.h"
+#include "support/ReportTemplates.h"
 
 namespace tess {
 namespace {
@@ -15,6 +20,9 @@ constexpr float kPercent = 100.0F;
 constexpr double kHundredths = 100.0;
 constexpr std::int32_t kSecondsPerHour = 3600;
 constexpr std::int32_t kSecondsPerMinute = 60;
+constexpr int kChecked = 1;
+constexpr const char* kLineBreak = "\r\n";
+constexpr const char* kCancelRule = "---------------------------------------------------------";
 
 [[noreturn]] void Overflow() { throw Fault(fault::Overflow, kSource, "Overflow"); }
 
@@ -51,6 +59,34 @@ std::string CalcTimeLeft(const std::string& Prefix, DateValue StartTime, std::in
         return Prefix + ".....[record #" + std::to_string(Done) + " of " + std::to_string(Total) + "  ---  " +
                Variant(percent).ToString() + "%]....." + "Est. Time Left = " + std::to_string(hours) + ":" +
                Format(static_cast<double>(minutes), "00") + ":" + Format(static_cast<double>(seconds), "00") + "...";
+    });
+}
+
+bool BailOutOfProgress(const std::shared_ptr<Form>& form, const std::shared_ptr<IApplication>& application) {
+    return Trapped("BailOutOfProgress ", false, [&] {
+        if (!application)
+            throw Fault(fault::ObjectNotSet, kSource, "Object variable or With block variable not set");
+        const std::shared_ptr<clsExtension> extension = FindTessExtension(*application);
+        const auto progress = std::dynamic_pointer_cast<ProgressForm>(form);
+        if (!progress)
+            return false;
+        if (!extension)
+            throw Fault(fault::ObjectNotSet, kSource, "Object variable or With block variable not set");
+
+        const bool closeWhenFinished = progress->Ctl("chkClose").Value == kChecked;
+        extension->ProgressDialogAutoClose(closeWhenFinished);
+        extension->ProgressDialogSetExpanded(progress->SetExpanded());
+        if (progress->ShouldContinue())
+            return false;
+
+        UI().SetMousePointer(MousePointer::Default);
+        const DateValue now = progress->Now();
+        const std::string stamp = Format(now, "long date") + ";  " + Format(now, "long time");
+        progress->AppendDetails(std::string(kLineBreak) + "Operation cancelled prematurely at " + stamp + kLineBreak +
+                                kCancelRule + kLineBreak + ReturnTimeElapsed(progress->ProgBeginTime(), now));
+        if (closeWhenFinished)
+            progress->Frame().Visible(false);
+        return true;
     });
 }
 

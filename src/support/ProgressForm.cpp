@@ -101,6 +101,18 @@ void ProgressForm::ProgRecCount(std::int32_t value) {
     recCountText_ = InsertCommas(Variant(value));
 }
 
+void ProgressForm::SetExpanded(bool value) {
+    expanded_ = value;
+    if (IsLoaded())
+        ExpandProgress();
+}
+
+void ProgressForm::SetAutoClose(bool value) {
+    autoClose_ = value;
+    if (IsLoaded())
+        Ctl("chkClose").Value = value ? 1 : 0;
+}
+
 void ProgressForm::ExpandProgress() {
     TrappedVoid("ExpandProgress ", [&] {
         Ctl("txtDetails").Visible = expanded_;

@@ -41,12 +41,13 @@ public:
     //! The records of the run; its text with thousands separators is kept for the counter.
     std::int32_t ProgRecCount() const { return recCount_; }
     void ProgRecCount(std::int32_t value);
-    //! True when the details log shows.
+    //! True when the details log shows; writing it shows or hides the log at once.
     bool SetExpanded() const { return expanded_; }
-    void SetExpanded(bool value) { expanded_ = value; }
-    //! True when the window closes by itself at the end of the run.
+    void SetExpanded(bool value);
+    //! True when the window closes by itself at the end of the run; writing it sets the
+    //! "Close When Finished..." box, so a window opens as the last one was left.
     bool SetAutoClose() const { return autoClose_; }
-    void SetAutoClose(bool value) { autoClose_ = value; }
+    void SetAutoClose(bool value);
     //! Shows or hides the log by SetExpanded, and sizes the window to match.
     void ExpandProgress();
 

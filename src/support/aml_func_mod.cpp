@@ -11,6 +11,8 @@
 
 #include "frame/ErrorHandling.h"
 #include "platform/data/Field.h"
+#include "platform/framework/Application.h"
+#include "platform/system/Fault.h"
 #include "platform/system/Variant.h"
 
 namespace tess {
@@ -254,6 +256,15 @@ std::string MakeUniqueFilename(const std::string& path) {
             if (!ExistFileDir(candidate))
                 return candidate;
         }
+    });
+}
+
+std::string GetMxDocPath(const std::shared_ptr<IApplication>& application) {
+    return Trapped("GetMxDocPath ", std::string(), [&] {
+        if (!application)
+            throw Fault(fault::ObjectNotSet, "aml_func_mod", "Object variable or With block variable not set");
+        const std::shared_ptr<ITemplates> templates = application->Templates();
+        return templates->Item(templates->Count() - 1);
     });
 }
 

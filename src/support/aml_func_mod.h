@@ -14,6 +14,7 @@ namespace tess {
 
 class Variant;
 class IField;
+class IApplication;
 
 //! Splits text at the delimiter. Text between a pair of double quotes does not split, and the
 //! quotes are dropped; every part is trimmed of blanks. Text that holds only delimiters and
@@ -61,6 +62,10 @@ bool ExistFileDir(const std::string& path);
 //! A path that is not taken: the path itself when free, else base + "_2" + extension, "_3"
 //! and on. An extension is split off only when a "." lies in the last five characters.
 std::string MakeUniqueFilename(const std::string& path);
+
+//! The path of the open map document: the last of the application's templates. An unsaved
+//! document gives the default template's path instead, which callers must allow for.
+std::string GetMxDocPath(const std::shared_ptr<IApplication>& application);
 
 //! The logged-on user's name.
 std::string GetTheUserName();

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include "platform/ui/Form.h"
 #include "TestSupport.h"
 
@@ -33,6 +35,8 @@ struct AxisCase {
     AnchorTypes type;
     double left, width; // after the container grows from 200 to 300
 };
+
+void PrintTo(const AxisCase& c, std::ostream* os) { *os << "type " << static_cast<int>(c.type); }
 
 class AnchorBehaviourTest : public ::testing::TestWithParam<AxisCase> {};
 

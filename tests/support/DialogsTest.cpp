@@ -1,5 +1,7 @@
 #include "support/frmReport_modal.h"
 
+#include "support/frmMessageBox.h"
+
 #include <gtest/gtest.h>
 
 #include "support/RtfRenderer.h"
@@ -62,6 +64,49 @@ TEST_F(ReportDialogTest, ResizeStretchesTextAndMovesBottomRow) {
     EXPECT_NEAR(form.Ctl("cmdOK").Left, ok.Left * form.Width / oldWidth, 1e-3);
     EXPECT_DOUBLE_EQ(form.Ctl("imgCornerBars").Left, corner.Left + 100);
     EXPECT_DOUBLE_EQ(form.Ctl("imgCornerBars").Top, corner.Top + (form.Height - oldHeight));
+}
+
+class MessageBoxTest : public test::ExtensionUITest {
+protected:
+    // Opens the box as a caller does and lets the script answer; returns ShouldContinue.
+    bool Ask(test::ScriptedUITest::FormScript script) {
+        extension_->ShouldContinue(true); // left over from an earlier dialog
+        frmMessageBox box;
+        box.ArcApplication(app_);
+        EXPECT_FALSE(extension_->ShouldContinue());
+        box.Ctl("txtMessage").Text = "Overwrite 12 fields?";
+        if (script)
+            ui_->QueueFormScript("frmMessageBox", script);
+        box.ShowModal();
+        EXPECT_FALSE(box.IsLoaded());
+        return extension_->ShouldContinue();
+    }
+};
+
+TEST_F(MessageBoxTest, YesAndNoAnswerThroughTheExtension) {
+    EXPECT_TRUE(Ask([](Form& f) {
+        EXPECT_EQ(f.Caption, " Message");
+        EXPECT_EQ(f.Ctl("txtMessage").Text, "Overwrite 12 fields?");
+        f.Fire("cmdYes", FormEvent::Click);
+    }));
+    EXPECT_FALSE(Ask([](Form& f) { f.Fire("cmdNo", FormEvent::Click); }));
+    EXPECT_FALSE(Ask(nullptr)); // closed without an answer
+}
+
+TEST_F(MessageBoxTest, ButtonsAndCornerKeepToTheFarCorner) {
+    frmMessageBox box;
+    box.ArcApplication(app_);
+    box.Load();
+    const Control yes = box.Ctl("cmdYes");
+    const Control text = box.Ctl("txtMessage");
+    box.Width += 80;
+    box.Height += 40;
+    box.Fire("", FormEvent::Resize);
+    EXPECT_DOUBLE_EQ(box.Ctl("cmdYes").Left, yes.Left + 80);
+    EXPECT_DOUBLE_EQ(box.Ctl("cmdYes").Top, yes.Top + 40);
+    EXPECT_DOUBLE_EQ(box.Ctl("cmdYes").Width, yes.Width);
+    EXPECT_DOUBLE_EQ(box.Ctl("txtMessage").Width, text.Width + 80);
+    EXPECT_DOUBLE_EQ(box.Ctl("txtMessage").Height, text.Height + 40);
 }
 
 } // namespace

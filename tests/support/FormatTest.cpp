@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include "platform/system/DateTime.h"
 
 namespace tess {
@@ -12,6 +14,8 @@ struct NumberCase {
     const char* pattern;
     const char* text;
 };
+
+void PrintTo(const NumberCase& c, std::ostream* os) { *os << c.value << " as '" << c.pattern << "'"; }
 
 class FormatNumberTest : public ::testing::TestWithParam<NumberCase> {};
 

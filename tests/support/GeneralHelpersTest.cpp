@@ -1,6 +1,8 @@
 #include "support/GeneralHelpers.h"
 
 #include <gtest/gtest.h>
+
+#include <ostream>
 #include <unistd.h>
 
 #include <filesystem>
@@ -21,6 +23,8 @@ struct KeyCase {
     bool passesReal;
     bool passesPositive;
 };
+
+void PrintTo(const KeyCase& c, std::ostream* os) { *os << "key " << c.key << " on '" << c.text << "' at " << c.caret; }
 
 class KeyFilterTest : public ::testing::TestWithParam<KeyCase> {};
 
@@ -58,6 +62,8 @@ struct TrimCase {
     bool thousands;
     const char* text;
 };
+
+void PrintTo(const TrimCase& c, std::ostream* os) { *os << c.number << (c.thousands ? " grouped" : ""); }
 
 class TrimZerosTest : public ::testing::TestWithParam<TrimCase> {};
 

@@ -183,6 +183,80 @@ TEST_F(ProgressFormTest, UnloadClearsTheCountText) {
     EXPECT_EQ(Caption(*form, "lblRecordNumber"), "Record 617 of ...");
 }
 
+class BailOutTest : public test::ExtensionUITest {
+protected:
+    std::shared_ptr<frmOrlProgressMeter> StartRun() {
+        auto form = std::make_shared<frmOrlProgressMeter>(clock_.AsClock());
+        form->SetExpanded(true);
+        form->SetAutoClose(extension_->ProgressDialogAutoClose());
+        form->ShouldContinue(true);
+        form->ProgBeginTime(clock_.Now());
+        form->ProgRecCount(1000);
+        form->AppendDetails("Job");
+        form->Frame().Visible(true);
+        return form;
+    }
+    FakeClock clock_{MorningOfMarch5()};
+};
+
+TEST_F(BailOutTest, RunningJobGoesOnAndHandsOverTheSettings) {
+    auto form = StartRun();
+    form->Ctl("chkClose").Value = 1;
+    EXPECT_FALSE(BailOutOfProgress(form, app_));
+    EXPECT_TRUE(extension_->ProgressDialogAutoClose());
+    EXPECT_TRUE(extension_->ProgressDialogSetExpanded());
+    EXPECT_EQ(form->Ctl("txtDetails").Text, "Job");
+    form->Ctl("chkClose").Value = 0;
+    form->SetExpanded(false);
+    EXPECT_FALSE(BailOutOfProgress(form, app_));
+    EXPECT_FALSE(extension_->ProgressDialogAutoClose());
+    EXPECT_FALSE(extension_->ProgressDialogSetExpanded());
+}
+
+TEST_F(BailOutTest, StopLeavesWindowWithCancellationLine) {
+    auto form = StartRun();
+    ui_->SetMousePointer(MousePointer::Hourglass);
+    clock_.Advance(42);
+    form->Fire("cmdStop", FormEvent::Click);
+    EXPECT_TRUE(BailOutOfProgress(form, app_));
+    EXPECT_EQ(form->Ctl("txtDetails").Text,
+              "Job\r\nOperation cancelled prematurely at Tuesday, March 05, 2024;  10:00:42\r\n"
+              "---------------------------------------------------------\r\n"
+              "Analysis Began: Tuesday, March 05, 2024;  10:00:00\r\n"
+              "Analysis Complete: Tuesday, March 05, 2024;  10:00:42\r\n"
+              "Time Elapsed: 42 seconds...");
+    EXPECT_TRUE(form->Frame().Visible());
+    EXPECT_EQ(ui_->Pointer(), MousePointer::Default);
+}
+
+TEST_F(BailOutTest, StopWithCloseWhenFinishedHidesTheWindow) {
+    auto form = StartRun();
+    form->Ctl("chkClose").Value = 1;
+    form->Fire("cmdStop", FormEvent::Click);
+    EXPECT_TRUE(BailOutOfProgress(form, app_));
+    EXPECT_FALSE(form->Frame().Visible());
+    EXPECT_EQ(ui_->Texts("hide").size(), 1u);
+}
+
+TEST_F(BailOutTest, NextToolOpensWithTheBoxAsLeft) {
+    auto first = StartRun();
+    first->Ctl("chkClose").Value = 1;
+    BailOutOfProgress(first, app_);
+    first->Frame().Visible(false);
+    auto next = StartRun();
+    EXPECT_EQ(next->Ctl("chkClose").Value, 1);
+    EXPECT_TRUE(next->Ctl("txtDetails").Visible);
+}
+
+TEST_F(BailOutTest, OtherFormsAreNeverStopped) {
+    auto other = std::make_shared<Form>("frmOther");
+    extension_->ProgressDialogAutoClose(true);
+    EXPECT_FALSE(BailOutOfProgress(other, app_));
+    EXPECT_FALSE(BailOutOfProgress(nullptr, app_));
+    EXPECT_TRUE(extension_->ProgressDialogAutoClose());
+    EXPECT_TRUE(ui_->Errors().empty());
+}
+
 TEST(CalcTimeLeft, StatusTextWithPercentAndTimeLeft) {
     FakeClock clock(MorningOfMarch5());
     const DateValue start = clock.Now();

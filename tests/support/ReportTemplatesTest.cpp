@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include "platform/system/DateTime.h"
 
 namespace tess {
@@ -13,6 +15,8 @@ struct ElapsedCase {
     int seconds;
     const char* words;
 };
+
+void PrintTo(const ElapsedCase& c, std::ostream* os) { *os << c.seconds << " s"; }
 
 class ReturnTimeElapsedTest : public ::testing::TestWithParam<ElapsedCase> {};
 

@@ -6,6 +6,8 @@
 
 #include <memory>
 
+#include "frame/clsExtension.h"
+#include "platform/framework/Application.h"
 #include "platform/system/DateTime.h"
 #include "platform/ui/ScriptedUI.h"
 #include "support/HostTime.h"
@@ -13,6 +15,9 @@
 namespace tess::test {
 
 class ScriptedUITest : public ::testing::Test {
+public:
+    using FormScript = ScriptedUI::FormScript;
+
 protected:
     void SetUp() override { previous_ = SetUI(ui_); }
     void TearDown() override { SetUI(previous_); }
@@ -20,6 +25,25 @@ protected:
 
 private:
     std::shared_ptr<IUIServices> previous_;
+};
+
+//! An application with the extension registered, as the hosts set it up; the extension is
+//! started on first use.
+class ExtensionUITest : public ScriptedUITest {
+protected:
+    void SetUp() override {
+        ScriptedUITest::SetUp();
+        app_ = Application::Create();
+        app_->RegisterExtension(clsExtension::ProgID, "", [] { return std::make_shared<clsExtension>(); });
+        extension_ = FindTessExtension(*app_);
+        ASSERT_TRUE(extension_);
+    }
+    void TearDown() override {
+        app_->Shutdown();
+        ScriptedUITest::TearDown();
+    }
+    std::shared_ptr<Application> app_;
+    std::shared_ptr<clsExtension> extension_;
 };
 
 //! A clock that stands still until the test moves it.

@@ -1,6 +1,8 @@
 #include "support/aml_func_mod.h"
 
 #include <gtest/gtest.h>
+
+#include <ostream>
 #include <unistd.h>
 
 #include <filesystem>
@@ -20,6 +22,8 @@ struct ParseCase {
     const char* delimiter;
     std::vector<std::string> parts;
 };
+
+void PrintTo(const ParseCase& c, std::ostream* os) { *os << "'" << c.text << "' on '" << c.delimiter << "'"; }
 
 class ParseStringTest : public ::testing::TestWithParam<ParseCase> {};
 
@@ -94,6 +98,8 @@ struct PathCase {
     const char* file;
     const char* clipped;
 };
+
+void PrintTo(const PathCase& c, std::ostream* os) { *os << "'" << c.path << "'"; }
 
 class PathFunctionsTest : public ::testing::TestWithParam<PathCase> {};
 
@@ -171,6 +177,20 @@ TEST(FieldIsNumeric, FourNumberTypesOnly) {
         EXPECT_EQ(FieldIsNumeric(field), numeric) << "type " << type;
     }
     EXPECT_FALSE(FieldIsNumeric(nullptr));
+}
+
+class MxDocPathTest : public test::ExtensionUITest {};
+
+TEST_F(MxDocPathTest, SavedDocumentOrTheDefaultTemplate) {
+    EXPECT_EQ(GetMxDocPath(app_), Application::NormalTemplatePath());
+    const fs::path dir = fs::temp_directory_path() / ("tess_support_doc_" + std::to_string(getpid()));
+    fs::create_directories(dir);
+    const std::string path = (dir / "demo.map.json").string();
+    app_->SaveDocument(path);
+    EXPECT_EQ(GetMxDocPath(app_), path);
+    fs::remove_all(dir);
+    EXPECT_EQ(GetMxDocPath(nullptr), "");
+    EXPECT_EQ(ui_->Errors().size(), 1u); // no application: reported
 }
 
 TEST(GetTheUserName, GivesAName) {
