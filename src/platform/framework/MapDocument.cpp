@@ -27,7 +27,7 @@
 namespace tess {
 namespace {
 
-using nlohmann::json;
+using json = nlohmann::ordered_json;
 namespace fs = std::filesystem;
 
 constexpr const char* kSource = "MapDocument";
@@ -421,6 +421,55 @@ std::shared_ptr<MxDocument> DocumentFromJson(const json& root, const std::string
     return document;
 }
 
+// Text layout: objects and lists of objects one member per line; a list of numbers, or of
+// coordinate pairs, on one line, so that a shape of many vertices stays readable.
+
+bool IsFlat(const json& value) {
+    if (!value.is_array())
+        return !value.is_object();
+    return std::all_of(value.begin(), value.end(), [](const json& item) {
+        return item.is_primitive() || (item.is_array() && std::all_of(item.begin(), item.end(), [](const json& inner) {
+                                           return inner.is_primitive();
+                                       }));
+    });
+}
+
+void Print(const json& value, int depth, std::string& out) {
+    constexpr int kIndent = 2; // spaces per level
+    const std::string pad(static_cast<std::size_t>((depth + 1) * kIndent), ' ');
+    const std::string closePad(static_cast<std::size_t>(depth * kIndent), ' ');
+    if (IsFlat(value)) {
+        if (!value.is_array()) {
+            out += value.dump();
+            return;
+        }
+        out += '[';
+        for (std::size_t i = 0; i < value.size(); ++i) {
+            if (i > 0)
+                out += ", ";
+            Print(value[i], depth + 1, out);
+        }
+        out += ']';
+        return;
+    }
+    if (value.empty()) {
+        out += value.is_array() ? "[]" : "{}";
+        return;
+    }
+    out += value.is_array() ? "[\n" : "{\n";
+    bool first = true;
+    for (auto it = value.begin(); it != value.end(); ++it) {
+        if (!first)
+            out += ",\n";
+        first = false;
+        out += pad;
+        if (value.is_object())
+            out += json(it.key()).dump() + ": ";
+        Print(*it, depth + 1, out);
+    }
+    out += '\n' + closePad + (value.is_array() ? ']' : '}');
+}
+
 } // namespace
 
 std::shared_ptr<MxDocument> ReadMapDocument(const std::string& path) {
@@ -443,7 +492,8 @@ void WriteMapDocument(const MxDocument& document, const std::string& path) {
     const PathContext paths{FolderOf(document.Path()), FolderOf(path)};
     std::string text;
     try {
-        text = DocumentToJson(document, paths).dump(2) + "\n";
+        Print(DocumentToJson(document, paths), 0, text);
+        text += '\n';
     } catch (const json::exception& error) {
         throw Fault(fault::InvalidCall, kSource, "The map document '" + path + "' cannot be written: " + error.what());
     }

@@ -17,7 +17,7 @@
 namespace tess::detail {
 namespace {
 
-using nlohmann::json;
+using json = nlohmann::ordered_json;
 
 constexpr const char* kSource = "MapDocument";
 constexpr const char* kMapReference = "map";

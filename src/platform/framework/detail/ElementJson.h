@@ -28,14 +28,14 @@ struct ElementContext {
 };
 
 //! Null for a symbol of another implementation (it is not saved).
-nlohmann::json SymbolToJson(const ISymbol* symbol);
-std::shared_ptr<ISymbol> SymbolFromJson(const nlohmann::json& value);
+nlohmann::ordered_json SymbolToJson(const ISymbol* symbol);
+std::shared_ptr<ISymbol> SymbolFromJson(const nlohmann::ordered_json& value);
 
 //! "spatialReference" member of a shape: absent for none, "map", or the ESRI text ("" unknown).
-void WriteReference(nlohmann::json& object, const IGeometry& geometry, const ElementContext& context);
-void ReadReference(const nlohmann::json& object, IGeometry& geometry, ElementContext& context);
+void WriteReference(nlohmann::ordered_json& object, const IGeometry& geometry, const ElementContext& context);
+void ReadReference(const nlohmann::ordered_json& object, IGeometry& geometry, ElementContext& context);
 
-nlohmann::json ElementToJson(const IElement& element, const ElementContext& context);
-std::shared_ptr<IElement> ElementFromJson(const nlohmann::json& value, ElementContext& context);
+nlohmann::ordered_json ElementToJson(const IElement& element, const ElementContext& context);
+std::shared_ptr<IElement> ElementFromJson(const nlohmann::ordered_json& value, ElementContext& context);
 
 } // namespace tess::detail

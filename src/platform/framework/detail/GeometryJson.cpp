@@ -11,7 +11,7 @@
 namespace tess::detail {
 namespace {
 
-using nlohmann::json;
+using json = nlohmann::ordered_json;
 
 constexpr const char* kSource = "MapDocument";
 

@@ -12,9 +12,9 @@ class IGeometry;
 namespace tess::detail {
 
 //! Points, multipoints, polylines, polygons and envelopes; a Fault (InvalidCall) for other shapes.
-nlohmann::json GeometryToJson(const IGeometry& geometry);
+nlohmann::ordered_json GeometryToJson(const IGeometry& geometry);
 //! The shape written by GeometryToJson; malformed input throws nlohmann's exceptions or a Fault
 //! (InvalidFileFormat), which the document reader turns into one fault naming the file.
-std::shared_ptr<IGeometry> GeometryFromJson(const nlohmann::json& value);
+std::shared_ptr<IGeometry> GeometryFromJson(const nlohmann::ordered_json& value);
 
 } // namespace tess::detail
