@@ -1069,13 +1069,10 @@ LayerLease WorkspaceImpl::BorrowReader(const std::string& table) {
 }
 
 LayerLease WorkspaceImpl::BorrowIterator(const std::string& table) {
-    auto writer = Writer(table);
-    if (driver_ == OgrDriver::GeoPackage)
-        return BorrowReader(table);
-    if (!session_->iterating.count(table)) {
-        session_->iterating.insert(table);
-        return LayerLease(shared_from_this(), table, writer, generation_, false, true);
-    }
+    // Rows are read through a handle of their own and written through the writer: a file read and
+    // written by turns through one handle flushes its buffers at every turn. Each row is read
+    // before it is written, so the reader's read-ahead never holds a row already rewritten.
+    Writer(table);
     return BorrowReader(table);
 }
 
