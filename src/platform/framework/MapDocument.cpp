@@ -1,6 +1,9 @@
 #include "platform/framework/MapDocument.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <string_view>
 #include <filesystem>
 
 #include <nlohmann/json.hpp>
@@ -35,6 +38,7 @@ constexpr const char* kFormat = "tessarine.map";
 constexpr int kVersion = 1;
 constexpr const char* kLayoutView = "layout";
 constexpr const char* kMapView = "map";
+constexpr std::size_t kNumberBuffer = 32; // the longest shortest form of a double is 24 characters
 
 [[noreturn]] void Malformed(const std::string& what) { throw Fault(fault::InvalidFileFormat, kSource, what); }
 
@@ -140,7 +144,9 @@ json LayerToJson(const ILayer& layer, const PathContext& paths) {
         json members = json::array();
         for (std::int32_t i = 0; i < group->Count(); ++i)
             members.push_back(LayerToJson(*group->Layer(i), paths));
-        return json{{"type", "group"}, {"name", group->Name()}, {"visible", group->Visible()}, {"layers", members}};
+        json value{{"type", "group"}, {"name", group->Name()}, {"visible", group->Visible()}};
+        value["layers"] = std::move(members);
+        return value;
     }
     auto* feature = dynamic_cast<const FeatureLayer*>(&layer);
     if (!feature)
@@ -180,7 +186,7 @@ std::shared_ptr<ILayer> LayerFromJson(const json& value, const std::string& fold
         auto group = std::make_shared<GroupLayer>();
         group->Name(value.value("name", std::string()));
         group->Visible(value.value("visible", true));
-        for (const json& member : value.value("layers", json::array()))
+        for (const json& member : detail::ListMember(value, "layers"))
             group->Add(LayerFromJson(member, folder));
         return group;
     }
@@ -246,7 +252,7 @@ json GraphicsToJson(GraphicsContainerBase& container, const detail::ElementConte
         json value = detail::ElementToJson(*element, context);
         if (container.ElementSelected(element))
             value["selected"] = true;
-        list.push_back(value);
+        list.push_back(std::move(value));
     }
     return list;
 }
@@ -307,19 +313,19 @@ json DocumentToJson(const MxDocument& document, const PathContext& paths) {
         }
         json value{{"name", map.Name()},
                    {"spatialReference", map.SpatialReference() ? json(ReferenceText(map.SpatialReference())) : json()},
-                   {"extent", map.ExtentIsSet() ? EnvelopeToJson(map.Extent()) : json()},
-                   {"layers", layers},
-                   {"tables", tables},
-                   {"graphics", GraphicsToJson(map, context)}};
-        mapList.push_back(value);
+                   {"extent", map.ExtentIsSet() ? EnvelopeToJson(map.Extent()) : json()}};
+        value["layers"] = std::move(layers);
+        value["tables"] = std::move(tables);
+        value["graphics"] = GraphicsToJson(map, context);
+        mapList.push_back(std::move(value));
     }
 
     detail::ElementContext layoutContext;
     layoutContext.mapIndex = mapIndex;
     auto layout = document.Layout();
     json layoutValue{{"pageSize", json::array({layout->PageWidth(), layout->PageHeight()})},
-                     {"extent", layout->ExtentIsSet() ? EnvelopeToJson(layout->Extent()) : json()},
-                     {"graphics", GraphicsToJson(*layout, layoutContext)}};
+                     {"extent", layout->ExtentIsSet() ? EnvelopeToJson(layout->Extent()) : json()}};
+    layoutValue["graphics"] = GraphicsToJson(*layout, layoutContext);
 
     json extensions = json::object();
     for (const auto& [progId, text] : document.ExtensionStreams()) {
@@ -327,14 +333,15 @@ json DocumentToJson(const MxDocument& document, const PathContext& paths) {
         extensions[progId] = parsed.is_discarded() ? json(text) : parsed;
     }
 
-    return json{{"format", kFormat},
-                {"version", kVersion},
-                {"activeView", document.LayoutActive() ? kLayoutView : kMapView},
-                {"focusMap", focusIndex},
-                {"selectedLayer", selectedLayer},
-                {"maps", mapList},
-                {"layout", layoutValue},
-                {"extensions", extensions}};
+    json root{{"format", kFormat},
+              {"version", kVersion},
+              {"activeView", document.LayoutActive() ? kLayoutView : kMapView},
+              {"focusMap", focusIndex},
+              {"selectedLayer", selectedLayer}};
+    root["maps"] = std::move(mapList);
+    root["layout"] = std::move(layoutValue);
+    root["extensions"] = std::move(extensions);
+    return root;
 }
 
 std::shared_ptr<MxDocument> DocumentFromJson(const json& root, const std::string& folder) {
@@ -362,12 +369,12 @@ std::shared_ptr<MxDocument> DocumentFromJson(const json& root, const std::string
         std::shared_ptr<ISpatialReference> reference;
         if (value.contains("spatialReference") && !value["spatialReference"].is_null())
             reference = FromWkt(value["spatialReference"].get<std::string>());
-        const json layers = value.value("layers", json::array());
+        const json& layers = detail::ListMember(value, "layers");
         // The list is top first and AddLayer puts each at the top.
         for (auto it = layers.rbegin(); it != layers.rend(); ++it)
             map.AddLayer(LayerFromJson(*it, folder));
         map.SpatialReference(reference); // the document's, not one adopted from a layer
-        for (const json& table : value.value("tables", json::array()))
+        for (const json& table : detail::ListMember(value, "tables"))
             map.AddStandaloneTable(TableFromJson(table, folder));
         if (auto extent = EnvelopeFromJson(value.value("extent", json()))) {
             extent->SpatialReference(reference);
@@ -376,11 +383,11 @@ std::shared_ptr<MxDocument> DocumentFromJson(const json& root, const std::string
         detail::ElementContext context;
         context.mapReference = reference;
         context.mapAt = mapAt;
-        GraphicsFromJson(value.value("graphics", json::array()), map, context);
+        GraphicsFromJson(detail::ListMember(value, "graphics"), map, context);
     }
 
     auto layout = std::make_shared<PageLayout>();
-    const json layoutValue = root.value("layout", json::object());
+    const json& layoutValue = detail::ObjectMember(root, "layout");
     if (layoutValue.contains("pageSize")) {
         const json& size = layoutValue["pageSize"];
         layout->PageSize(size.at(0).get<double>(), size.at(1).get<double>());
@@ -389,7 +396,7 @@ std::shared_ptr<MxDocument> DocumentFromJson(const json& root, const std::string
         layout->Extent(extent);
     detail::ElementContext layoutContext;
     layoutContext.mapAt = mapAt;
-    GraphicsFromJson(layoutValue.value("graphics", json::array()), *layout, layoutContext);
+    GraphicsFromJson(detail::ListMember(layoutValue, "graphics"), *layout, layoutContext);
 
     auto document = std::make_shared<MxDocument>();
     document->ReplaceContents(maps, layout);
@@ -413,9 +420,7 @@ std::shared_ptr<MxDocument> DocumentFromJson(const json& root, const std::string
                 document->SelectedLayer(all[k]);
         }
     }
-    const json extensions = root.value("extensions", json::object());
-    if (!extensions.is_object())
-        Malformed("\"extensions\" must be an object of ProgID and stream");
+    const json& extensions = detail::ObjectMember(root, "extensions");
     for (const auto& [progId, stream] : extensions.items())
         document->ExtensionStream(progId, stream.is_string() ? stream.get<std::string>() : stream.dump());
     return document;
@@ -434,13 +439,34 @@ bool IsFlat(const json& value) {
     });
 }
 
+//! Numbers as the shortest text that reads back to the same double (a whole number keeps its
+//! ".0", so it reads back as a double); other scalars as the library writes them.
+void PrintScalar(const json& value, std::string& out) {
+    if (value.is_number_float()) {
+        const double number = value.get<double>();
+        char buffer[kNumberBuffer];
+        const auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, number);
+        if (error == std::errc() && std::isfinite(number)) {
+            const std::string_view text(buffer, static_cast<std::size_t>(end - buffer));
+            out += text;
+            if (text.find_first_of(".e") == std::string_view::npos)
+                out += ".0";
+            return;
+        }
+    } else if (value.is_number_integer()) {
+        out += std::to_string(value.get<std::int64_t>());
+        return;
+    }
+    out += value.dump();
+}
+
 void Print(const json& value, int depth, std::string& out) {
     constexpr int kIndent = 2; // spaces per level
     const std::string pad(static_cast<std::size_t>((depth + 1) * kIndent), ' ');
     const std::string closePad(static_cast<std::size_t>(depth * kIndent), ' ');
     if (IsFlat(value)) {
         if (!value.is_array()) {
-            out += value.dump();
+            PrintScalar(value, out);
             return;
         }
         out += '[';

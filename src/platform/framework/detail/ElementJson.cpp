@@ -89,6 +89,26 @@ std::shared_ptr<IElement> MakeElement(const std::string& type) {
 
 } // namespace
 
+const json& ListMember(const json& object, const char* name) {
+    static const json empty = json::array();
+    auto it = object.find(name);
+    if (it == object.end() || it->is_null())
+        return empty;
+    if (!it->is_array())
+        Malformed(std::string("\"") + name + "\" must be a list");
+    return *it;
+}
+
+const json& ObjectMember(const json& object, const char* name) {
+    static const json empty = json::object();
+    auto it = object.find(name);
+    if (it == object.end() || it->is_null())
+        return empty;
+    if (!it->is_object())
+        Malformed(std::string("\"") + name + "\" must be an object");
+    return *it;
+}
+
 // Symbols
 
 json SymbolToJson(const ISymbol* symbol) {
@@ -200,7 +220,7 @@ json ElementToJson(const IElement& element, const ElementContext& context) {
         json members = json::array();
         for (std::int32_t i = 0; i < group->ElementCount(); ++i)
             members.push_back(ElementToJson(*group->Element(i), context));
-        value["elements"] = members;
+        value["elements"] = std::move(members);
         return value;
     }
 
@@ -208,7 +228,7 @@ json ElementToJson(const IElement& element, const ElementContext& context) {
     if (const auto& shape = base.Shape()) {
         json geometry = GeometryToJson(*shape);
         WriteReference(geometry, *shape, context);
-        value["geometry"] = geometry;
+        value["geometry"] = std::move(geometry);
     }
     if (auto* marker = dynamic_cast<const IMarkerElement*>(&element))
         value["symbol"] = SymbolToJson(marker->Symbol().get());
@@ -244,7 +264,7 @@ std::shared_ptr<IElement> ElementFromJson(const json& value, ElementContext& con
         properties.CustomProperty(VariantFromJson(value["customProperty"]));
 
     if (auto group = std::dynamic_pointer_cast<IGroupElement>(element)) {
-        for (const json& member : value.value("elements", json::array()))
+        for (const json& member : ListMember(value, "elements"))
             group->AddElement(ElementFromJson(member, context));
         return element;
     }

@@ -35,6 +35,11 @@ std::shared_ptr<ISymbol> SymbolFromJson(const nlohmann::ordered_json& value);
 void WriteReference(nlohmann::ordered_json& object, const IGeometry& geometry, const ElementContext& context);
 void ReadReference(const nlohmann::ordered_json& object, IGeometry& geometry, ElementContext& context);
 
+//! A member that must be a list (an object): the member itself, or an empty one when it is
+//! absent or null; an InvalidFileFormat Fault when it is of another kind. No copy is made.
+const nlohmann::ordered_json& ListMember(const nlohmann::ordered_json& object, const char* name);
+const nlohmann::ordered_json& ObjectMember(const nlohmann::ordered_json& object, const char* name);
+
 nlohmann::ordered_json ElementToJson(const IElement& element, const ElementContext& context);
 std::shared_ptr<IElement> ElementFromJson(const nlohmann::ordered_json& value, ElementContext& context);
 

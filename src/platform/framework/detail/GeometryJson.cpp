@@ -190,21 +190,27 @@ json GeometryToJson(const IGeometry& geometry) {
             points.QueryPoint(i, p);
             list.push_back(XY(p));
         }
-        return json{{"type", "multipoint"}, {"points", list}};
+        json value{{"type", "multipoint"}};
+        value["points"] = std::move(list);
+        return value;
     }
     case esriGeometryPolyline: {
         const auto& polyline = dynamic_cast<const Polyline&>(geometry);
         json paths = json::array();
         for (std::size_t i = 0; i < polyline.PartCount(); ++i)
             paths.push_back(PartToJson(polyline.Part(i)));
-        return json{{"type", "polyline"}, {"paths", paths}};
+        json value{{"type", "polyline"}};
+        value["paths"] = std::move(paths);
+        return value;
     }
     case esriGeometryPolygon: {
         const auto& polygon = dynamic_cast<const Polygon&>(geometry);
         json rings = json::array();
         for (std::size_t i = 0; i < polygon.PartCount(); ++i)
             rings.push_back(PartToJson(polygon.Part(i)));
-        return json{{"type", "polygon"}, {"rings", rings}};
+        json value{{"type", "polygon"}};
+        value["rings"] = std::move(rings);
+        return value;
     }
     default:
         throw Fault(fault::InvalidCall, kSource,
