@@ -5,10 +5,13 @@
 // decimal degrees; distances are in the unit of the semi-axes (metres for the
 // Earth spheroids). Loops stop after 40 passes or at 1e-12 rad, silently.
 //
-// Accuracy against an exact geodesic solution (measured on WGS 1984, Mars 2000
-// and a sphere, lines not nearly antipodal): distances within 0.1 mm, azimuths
-// within about 6 micrometres sideways at the far end. Nearly antipodal lines do
-// not converge and return the values of the last pass, without a report.
+// Accuracy against an exact geodesic solution, measured on 200,000 lines up to
+// 179 degrees of arc: distances within 0.08 mm on WGS 1984 and 0.4 mm on the
+// flatter Mars 2000 (the truncated series), 0.05 um on a sphere. Azimuths carry
+// the stopping rule, about 6 um sideways at the far end at any length, plus the
+// series error on long lines (1 mm sideways on WGS 1984, 6 mm on Mars 2000, at
+// 10,000 to 20,000 km). Nearly antipodal lines do not converge and return the
+// values of the last pass, without a report.
 //
 // Routines without the suffix 2 use WGS 1984 with a = 6378137, b = 6356752.31424518
 // and f = 1 / 298.257223563; those with it take f = (a - b) / a from their axes.
