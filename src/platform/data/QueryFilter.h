@@ -13,7 +13,9 @@ class IGeometry;
 class IQueryFilter {
 public:
     virtual ~IQueryFilter() = default;
-    //! An OGR SQL condition ("POP > 1000 AND NAME LIKE 'A%'"); empty means every row.
+    //! A condition in SQL ("POP > 1000 AND NAME LIKE 'A%'"): OGR SQL for shapefiles and file
+    //! geodatabases, SQLite's for GeoPackages (the same for plain comparisons); empty means every row.
+    //! A condition the storage cannot read is an InvalidCall Fault naming the table when a cursor opens.
     virtual std::string WhereClause() const = 0;
     virtual void WhereClause(const std::string& clause) = 0;
     //! Comma-separated field names to fetch, or "*" (the default) for all. Only a hint: fields
