@@ -501,6 +501,17 @@ TEST_F(MapDocumentTest, BadDocumentsAreFaultsThatNameTheFile) {
     }
 }
 
+TEST_F(MapDocumentTest, ADocumentCutShortAnywhereIsAFault) {
+    BuildAndSave();
+    const std::string whole = ReadText(path);
+    // Every cut of a written document leaves unbalanced JSON; a stride keeps the run short.
+    constexpr std::size_t kStride = 97; // bytes
+    for (std::size_t length = 0; length + 1 < whole.size(); length += kStride) {
+        WriteText(path, whole.substr(0, length));
+        EXPECT_THROW(ReadMapDocument(path), Fault) << "cut at " << length;
+    }
+}
+
 TEST_F(MapDocumentTest, AMissingFileIsANotFoundFaultAndTheOpenDocumentStays) {
     auto application = Application::Create();
     auto before = application->MxDoc();
