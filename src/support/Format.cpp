@@ -151,7 +151,7 @@ bool SameIgnoringCase(std::string_view a, std::string_view b) {
 } // namespace
 
 std::string Format(double value, std::string_view pattern) {
-    if (!std::isfinite(value))
+    if (!std::isfinite(value) || pattern.empty()) // no pattern: the general form
         return Variant(value).ToString();
     const NumberPattern p = ParsePattern(pattern);
 

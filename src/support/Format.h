@@ -18,7 +18,7 @@ namespace tess {
 //! As the host does, the value is first cut to 15 significant digits, so a pattern with more
 //! decimals pads with zeros instead of showing binary noise; rounding is half away from zero.
 //! A '.' in the pattern always shows, also when no decimal digit follows ("0.##" of 3 is "3.").
-//! A value that rounds to zero shows without a sign.
+//! A value that rounds to zero shows without a sign. An empty pattern gives the general form.
 std::string Format(double value, std::string_view pattern);
 
 //! A date by a named format ("Long Date", "Long Time", "Short Date", "Short Time",

@@ -53,7 +53,7 @@ public:
 
     //! The present time by this window's clock; workers take their time stamps from it.
     DateValue Now() const { return clock_(); }
-    //! Appends text to the log and puts the caret at its end, which scrolls to it.
+    //! Appends text to the log; the hosts keep the end of the log in view.
     void AppendDetails(const std::string& text);
 
     //! Window heights with and without the log, in the forms' units (pixels).
