@@ -14,8 +14,6 @@
 #include "extension/CommandTable.h"
 #include "extension/ComponentContract.h"
 #include "extension/ToolRuns.h"
-#include "platform/carto/ActiveView.h"
-#include "platform/carto/PageLayout.h"
 #include "platform/framework/CommandBars.h"
 #include "support/GeneralHelpers.h"
 
@@ -114,16 +112,6 @@ TEST_F(CommandsTest, EveryCommandAnswersItsConstants) {
                   static_cast<std::int32_t>(picture->Pixels.size()));
     }
     EXPECT_TRUE(ui_->Errors().empty());
-}
-
-TEST_F(CommandsTest, EveryCommandStaysEnabledInLayoutView) {
-    Start();
-    Document()->ActiveView(std::dynamic_pointer_cast<IActiveView>(Document()->PageLayout()));
-    for (const CommandConstants& c : kExpected) {
-        auto command = Make(c.className);
-        command->OnCreate(app_);
-        EXPECT_TRUE(command->Enabled()) << c.className;
-    }
 }
 
 TEST_F(CommandsTest, PolygonBuildingFollowsTheHostVersion) {

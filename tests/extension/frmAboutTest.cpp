@@ -86,12 +86,6 @@ TEST_F(AboutTest, LoadingFillsCaptionVersionAndTheDescription) {
     EXPECT_TRUE(ui_->Errors().empty());
 }
 
-TEST_F(AboutTest, OKUnloads) {
-    form.Load();
-    form.Fire("cmdOK", FormEvent::Click);
-    EXPECT_FALSE(form.IsLoaded());
-}
-
 TEST_F(AboutTest, TheManualIsLookedForBesideTheLibrary) {
     form.Load();
     form.Fire("cmdManual", FormEvent::Click);
