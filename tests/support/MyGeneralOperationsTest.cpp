@@ -525,8 +525,9 @@ TEST(OutputKinds, WordsAndCategoriesMeetTheKinds) {
                           {"", 0},          {"shapefile", 0}};
     for (const Case& c : cases) {
         EXPECT_EQ(OutputKindOfDirectoryType(c.directoryType), c.kind) << c.directoryType;
-        if (c.kind != 0)
+        if (c.kind != 0) {
             EXPECT_EQ(DirectoryTypeOfOutputKind(c.kind), c.directoryType);
+        }
     }
     EXPECT_EQ(DirectoryTypeOfOutputKind(3), "");
     EXPECT_EQ(OutputKindOfCategory("dBASE Table"), 1);
