@@ -8,7 +8,10 @@
 //
 // Accuracy: the sum of triangles is exact on the sphere; against an independent
 // computation on the same sphere the areas agree to 1e-9 relative (rounding and
-// the cut pi), holes, several components and polar rings included. The apex is the
+// the cut pi), holes, several components and polar rings included. The centre
+// weights the direction of each flat triangle's mean by the triangle's spherical
+// area: within 1e-4 degrees of the exact spherical centre for rings 10 degrees
+// across, a few degrees off for shapes of continental size. The apex is the
 // planar centroid: a ring stored across the antimeridian (179 to -179) puts it on
 // the far side of the globe and its area is wrong. Callers split such rings.
 

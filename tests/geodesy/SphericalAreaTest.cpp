@@ -36,6 +36,40 @@ double ExactArea(const std::vector<Coords>& rings, double R) {
     return total;
 }
 
+struct Vec {
+    double x, y, z;
+};
+Vec UnitVector(WKSPoint p) {
+    const double lon = p.X * M_PI / 180.0, lat = p.Y * M_PI / 180.0;
+    return {std::cos(lat) * std::cos(lon), std::cos(lat) * std::sin(lon), std::sin(lat)};
+}
+Vec Cross(Vec a, Vec b) { return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x}; }
+double Dot(Vec a, Vec b) { return a.x * b.x + a.y * b.y + a.z * b.z; }
+
+// The exact area-weighted centre of geodesic rings on the sphere, by another route: the integral
+// of the surface normal over the region is half the sum, over the edges, of the arc length times
+// the unit normal of the edge's plane. Clockwise rings count positive, as in the module.
+void ExactCentroid(const std::vector<Coords>& rings, double& lon, double& lat) {
+    Vec m{0, 0, 0};
+    for (const Coords& ring : rings)
+        for (std::size_t i = 0; i < ring.size(); ++i) {
+            const Vec a = UnitVector(ring[i]), b = UnitVector(ring[(i + 1) % ring.size()]);
+            const Vec n = Cross(b, a);
+            const double length = std::sqrt(Dot(n, n));
+            if (length == 0.0)
+                continue;
+            const double arc = std::atan2(length, Dot(a, b));
+            m = {m.x + arc * n.x / length, m.y + arc * n.y / length, m.z + arc * n.z / length};
+        }
+    lon = std::atan2(m.y, m.x) * 180.0 / M_PI;
+    lat = std::atan2(m.z, std::hypot(m.x, m.y)) * 180.0 / M_PI;
+}
+
+double AngleBetween(double lon1, double lat1, double lon2, double lat2) {
+    const Vec a = UnitVector({lon1, lat1}), b = UnitVector({lon2, lat2});
+    return std::atan2(std::sqrt(Dot(Cross(a, b), Cross(a, b))), Dot(a, b)) * 180.0 / M_PI;
+}
+
 const Coords kSquareCW = {{10, 10}, {10, 20}, {20, 20}, {20, 10}};
 const Coords kHoleCCW = {{13, 13}, {17, 13}, {17, 17}, {13, 17}};
 
@@ -46,6 +80,7 @@ constexpr double kRelative = 1e-9;
 struct AreaCase {
     const char* name;
     std::vector<Coords> rings;
+    double centroidTolerance; // degrees of arc
 };
 
 class SphericalPolygonAgainstExact : public ::testing::TestWithParam<AreaCase> {};
@@ -60,19 +95,29 @@ TEST_P(SphericalPolygonAgainstExact, AreaAgreesOnTheEqualVolumeSphere) {
         const double expected = ExactArea(c.rings, EqualVolumeRadius(a, b));
         EXPECT_NEAR(area, expected, std::fabs(expected) * kRelative) << c.name << " a=" << a;
     }
+    // The centre weights the direction of each flat triangle's mean by the triangle's spherical
+    // area: an approximation that grows with the triangles. Measured: 5e-5 degrees for a ring of
+    // 10 degrees, 0.008 for components 70 degrees apart, 0.023 for a ring round the pole, 2.9
+    // for a triangle 120 degrees across; exact for shapes symmetric about their apex.
+    const auto polygon = MakePolygon(c.rings);
+    double lon = 0, lat = 0, exactLon, exactLat;
+    SphericalPolygonArea(*polygon, true, lon, lat);
+    ExactCentroid(c.rings, exactLon, exactLat);
+    EXPECT_LT(AngleBetween(lon, lat, exactLon, exactLat), c.centroidTolerance) << c.name << " " << lon << " " << lat
+                                                                               << " vs " << exactLon << " " << exactLat;
     EXPECT_EQ(faults.Count(), 0u);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Shapes, SphericalPolygonAgainstExact,
     ::testing::Values(
-        AreaCase{"ClockwiseSquare", {kSquareCW}},
-        AreaCase{"SquareWithHole", {kSquareCW, kHoleCCW}},
-        AreaCase{"ApexInTheHole", {{{0, -30}, {0, 30}, {60, 30}, {60, -30}}, {{5, -25}, {55, -25}, {55, 25}, {5, 25}}}},
-        AreaCase{"TwoComponents", {kSquareCW, {{-60, -40}, {-60, -35}, {-50, -35}, {-50, -40}}}},
-        AreaCase{"NearNorthPole", {{{-170, 80}, {-170, 89}, {-10, 89}, {-10, 80}}}},
-        AreaCase{"SplitAtTheAntimeridian", {{{170, -5}, {170, 5}, {180, 5}, {180, -5}}, {{-180, -5}, {-180, 5}, {-170, 5}, {-170, -5}}}},
-        AreaCase{"LargeTriangle", {{{-60, -50}, {0, 70}, {60, -50}}}}),
+        AreaCase{"ClockwiseSquare", {kSquareCW}, 1e-4},
+        AreaCase{"SquareWithHole", {kSquareCW, kHoleCCW}, 1e-4},
+        AreaCase{"ApexInTheHole", {{{0, -30}, {0, 30}, {60, 30}, {60, -30}}, {{5, -25}, {55, -25}, {55, 25}, {5, 25}}}, 1e-9},
+        AreaCase{"TwoComponents", {kSquareCW, {{-60, -40}, {-60, -35}, {-50, -35}, {-50, -40}}}, 0.01},
+        AreaCase{"NearNorthPole", {{{-170, 80}, {-170, 89}, {-10, 89}, {-10, 80}}}, 0.03},
+        AreaCase{"SplitAtTheAntimeridian", {{{170, -5}, {170, 5}, {180, 5}, {180, -5}}, {{-180, -5}, {-180, 5}, {-170, 5}, {-170, -5}}}, 1e-9},
+        AreaCase{"LargeTriangle", {{{-60, -50}, {0, 70}, {60, -50}}}, 3.0}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST(SphericalPolygonArea, PolarCapToThePoleIsWhole) {
