@@ -84,7 +84,7 @@ public:
 
 private:
     OgrDataset(void* handle, std::string path, OgrDriver driver, bool update);
-    void* handle_; // GDALDataset*
+    void* handle_; //!< the engine's dataset
     std::string path_;
     OgrDriver driver_;
     bool update_;
@@ -146,7 +146,7 @@ private:
     //! The engine's layer; a Fault once the dataset has been closed.
     void* Checked() const;
     std::shared_ptr<OgrDataset> owner_;
-    void* layer_; // OGRLayer*
+    void* layer_; //!< the engine's layer
     bool resultSet_;
     std::vector<OgrFieldKind> kinds_; // cached, refreshed when the field count changes
     void RefreshKinds();
