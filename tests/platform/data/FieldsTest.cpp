@@ -77,19 +77,21 @@ TEST(ShapefileFields, TypesWidthsAndPrecisionsFollowTheDbaseRules) {
 }
 
 TEST(ShapefileFields, NamesAreCutToTenCharactersAndMadeUnique) {
-    const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
-        {{}, "Population"},
-        {{}, "Population"},
-        {{"LongFieldN"}, "LongFiel_1"},
-        {{"LongFieldN", "LongFiel_1"}, "LongFiel_2"},
-        {{"area"}, "AREA_1"},
-        {{}, "km_2_"},
+    struct NameCase {
+        const char* name;
+        std::vector<std::string> taken;
+        const char* expected;
     };
-    const std::vector<std::string> inputs = {"Population", "Population_Density"[0] == 'P' ? "Population" : "",
-                                             "LongFieldName", "LongFieldName2", "AREA", "km(2)"};
-    for (std::size_t i = 0; i < cases.size(); ++i)
-        EXPECT_EQ(data::DbaseFieldName(inputs[i], cases[i].first), cases[i].second) << inputs[i];
-    EXPECT_EQ(data::DbaseFieldName("Population_Density", {}), "Population");
+    const NameCase cases[] = {
+        {"Population", {}, "Population"},
+        {"Population_Density", {}, "Population"},
+        {"LongFieldName", {"LongFieldN"}, "LongFiel_1"},
+        {"LongFieldName2", {"LongFieldN", "LongFiel_1"}, "LongFiel_2"},
+        {"AREA", {"area"}, "AREA_1"},
+        {"km(2)", {}, "km_2_"},
+    };
+    for (const NameCase& c : cases)
+        EXPECT_EQ(data::DbaseFieldName(c.name, c.taken), c.expected) << c.name;
 
     TempDir dir;
     auto ws = MakeWorkspace(Format::Shapefile, dir);
@@ -138,8 +140,9 @@ TEST_P(DatabaseFieldsTest, TypesAndAliasesRoundTrip) {
     EXPECT_EQ(fields->Field(fields->FindField("TEXT"))->Length(), 30);
     EXPECT_EQ(fields->Field(0)->Type(), esriFieldTypeOID);
     EXPECT_EQ(fields->Field(0)->Name(), "OBJECTID");
-    if (GetParam() == Format::FileGDB)
+    if (GetParam() == Format::FileGDB) {
         EXPECT_EQ(fields->Field(fields->FindField("POP"))->AliasName(), "Population");
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, DatabaseFieldsTest, ::testing::Values(Format::FileGDB, Format::GeoPackage),

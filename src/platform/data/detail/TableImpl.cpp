@@ -239,12 +239,16 @@ std::shared_ptr<IRowBuffer> TableImpl::CreateRowBuffer() { return NewRow(); }
 
 std::shared_ptr<IRow> TableImpl::GetRow(std::int32_t oid) {
     OgrRecord record;
-    {
+    bool found = false;
+    if (auto writer = ws_->SessionWriter(name_)) {
+        found = writer->Get(oid, record, featureClass_);
+    } else {
         LayerLease lease = ws_->BorrowReader(name_);
-        if (!lease->Get(oid, record, featureClass_))
-            throw Fault(fault::NotFound, kSource,
-                        "There is no row " + std::to_string(oid) + " in '" + name_ + "' of '" + ws_->PathName() + "'");
+        found = lease->Get(oid, record, featureClass_);
     }
+    if (!found)
+        throw Fault(fault::NotFound, kSource,
+                    "There is no row " + std::to_string(oid) + " in '" + name_ + "' of '" + ws_->PathName() + "'");
     auto row = NewRow();
     Fill(*row, record);
     return row;

@@ -132,7 +132,6 @@ struct WriteSession {
     std::map<std::string, std::shared_ptr<OgrDataset>, NameLess> datasets; // shapefiles: one per table
     std::shared_ptr<OgrDataset> gdb;                                       // the geodatabase's copy
     std::map<std::string, std::shared_ptr<OgrLayer>, NameLess> writers;
-    std::set<std::string, NameLess> iterating;
     std::set<std::string, NameLess> created;
     std::set<std::string, NameLess> deleted;
     bool transaction = false; // GeoPackages
@@ -885,7 +884,6 @@ void WorkspaceImpl::EndSession(bool save) {
     if (!s)
         return;
     s->writers.clear();
-    s->iterating.clear();
     if (s->transaction) {
         if (save)
             Shared()->CommitTransaction();
@@ -989,6 +987,13 @@ std::shared_ptr<OgrLayer> WorkspaceImpl::Writer(const std::string& table) {
     return session_->writers[table];
 }
 
+std::shared_ptr<OgrLayer> WorkspaceImpl::SessionWriter(const std::string& table) const {
+    if (!session_)
+        return nullptr;
+    const auto it = session_->writers.find(table);
+    return it == session_->writers.end() ? nullptr : it->second;
+}
+
 void WorkspaceImpl::FlushSession() {
     if (!session_)
         return;
@@ -1084,17 +1089,6 @@ void WorkspaceImpl::GiveBack(const std::string& table, std::shared_ptr<OgrLayer>
             ResetLayer(*layer);
         } catch (const Fault&) {
             // The connection is closed: nothing to reset.
-        }
-        return;
-    }
-    if (writer) {
-        if (session_ && session_->writers.count(table) && session_->writers[table] == layer) {
-            session_->iterating.erase(table);
-            try {
-                ResetLayer(*layer);
-            } catch (const Fault&) {
-                // A handle of a closed change: nothing to reset.
-            }
         }
         return;
     }

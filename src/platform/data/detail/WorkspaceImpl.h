@@ -160,8 +160,11 @@ public:
     WriteTicket Acquire();
     //! The session's writing handle of the table (the table joins the session). A ticket must be held.
     std::shared_ptr<OgrLayer> Writer(const std::string& table);
-    //! A handle to iterate while writing through Writer: the writer itself when no cursor iterates it.
+    //! A handle to iterate while writing through Writer (never the writer itself, see the .cpp).
     LayerLease BorrowIterator(const std::string& table);
+    //! The writing handle of the table when it has joined the open session; null otherwise. Nobody
+    //! iterates it, so it serves reads of single rows that must see the session's changes.
+    std::shared_ptr<OgrLayer> SessionWriter(const std::string& table) const;
     //! Writes the session's buffers out so that readers of the copies see every row.
     void FlushSession();
 
