@@ -315,6 +315,8 @@ bool ConversionRun::RunFeatureLoop() {
 
 void ConversionRun::UpdateDisplay(DateValue now, bool& stop) {
     MarkLine();
+    if (FlushesWhileRunning())
+        FlushOutput();
     if (statusBar_)
         statusBar_->Message(0, CalcTimeLeft(statusText_, start_, inputCounter_, count_, clock_));
     lastUpdate_ = now;
@@ -353,8 +355,7 @@ void ConversionRun::ReleaseCursors() {
 }
 
 void ConversionRun::Finish() {
-    if (!FlushesEachFeature())
-        FlushOutput();
+    FlushOutput();
     // Releasing the insert cursor puts the new features on disk before anyone reads them.
     ReleaseCursors();
     auto layer = std::make_shared<FeatureLayer>();

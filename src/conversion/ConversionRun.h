@@ -73,8 +73,11 @@ protected:
     //! Its own fields, identifier first. The input class is there for runs whose fields follow it.
     virtual std::vector<OwnField> OwnFields(const IFeatureClass& input) const = 0;
     virtual esriGeometryType OutputShapeType(const IFeatureClass& input) const = 0;
-    //! True to flush the output after each input feature, false for once after the loop.
-    virtual bool FlushesEachFeature() const { return false; }
+    //! True to flush the output as the run goes, false for once after the loop. A flush makes a
+    //! shapefile rewrite its whole index, so a run that flushes as it goes does it at the
+    //! once-a-second display update, not per feature: the cost stays linear in the features, and
+    //! every feature inserted is saved when the run lets go of its cursor anyway.
+    virtual bool FlushesWhileRunning() const { return false; }
     //! Whether the success report lists the features skipped for empty shapes.
     virtual bool ReportsSkippedFeatures() const { return true; }
     //! Writes the output features of one input feature whose shape is not empty.
@@ -91,7 +94,6 @@ protected:
     void CopyAttributes();
     //! Stores the buffer as a new output feature.
     void InsertBuffer();
-    void FlushOutput();
     //! Notes where the run is, for the line of a failure report.
     void MarkLine(std::source_location where = std::source_location::current()) {
         line_ = static_cast<std::int32_t>(where.line());
@@ -109,6 +111,7 @@ private:
     void LoadAttributes(const IFeature& feature);
     void Finish();
     void EndProgressWindow();
+    void FlushOutput();
     void ReleaseCursors();
     std::string SkippedBlock() const;
     std::string SuccessReport();

@@ -29,7 +29,7 @@ protected:
                 {"Y_Coord", OwnField::Kind::Measure}};
     }
     esriGeometryType OutputShapeType(const IFeatureClass&) const override { return esriGeometryPoint; }
-    bool FlushesEachFeature() const override { return true; }
+    bool FlushesWhileRunning() const override { return true; }
     bool ReportsSkippedFeatures() const override { return false; }
 
     void ProcessFeature(IFeature&, IGeometry& shape) override {
@@ -57,7 +57,6 @@ protected:
             CopyAttributes();
             InsertBuffer();
         }
-        FlushOutput();
     }
 
 private:
