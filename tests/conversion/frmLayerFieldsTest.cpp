@@ -96,15 +96,6 @@ TEST_F(LayerFieldsTest, EachConversionOffersItsLayersWordsAndOutputName) {
     EXPECT_TRUE(ui_->Errors().empty()) << ui_->Errors().front();
 }
 
-TEST_F(LayerFieldsTest, TheVertexInstructionsReadInFull) {
-    auto form = Open(conversion_option::Vertices);
-    EXPECT_EQ(Text(*form, "txtMessage"),
-              "This function will convert polyline, polygon and multipoint features to a point shapefile of the "
-              "feature vertices.  The new point shapefile will contain fields for X- and Y-coordinates in the "
-              "projection of the original feature class.  You may transfer any of the original feature attribute "
-              "data to the point shapefile by selecting the respective attribute fields.");
-}
-
 TEST_F(LayerFieldsTest, WithoutALayerOfTheRightKindOKStaysOff) {
     FocusMap()->DeleteLayer(roads_);
     auto form = Open(conversion_option::PolylinesToPolygons);

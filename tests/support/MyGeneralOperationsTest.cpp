@@ -507,35 +507,5 @@ TEST_F(OutputTest, FieldNamePairsCarryIndexesOnBothSides) {
     EXPECT_EQ(renamed->Element(3).ToLong(), to->FindField("C"));
 }
 
-TEST_F(OutputTest, OnlyCompressedFileGeodatabaseDataIsCompressed) {
-    AsFeatureWorkspace(FileGDBWorkspaceFactory().Create(dir_.Path(), "out.gdb"));
-    auto gdbClass = Create(dir_ / "out.gdb", "pts", 2);
-    auto shapefile = Create(dir_.Path(), "pts", 1);
-    EXPECT_FALSE(CheckDatafileFormat(std::dynamic_pointer_cast<IDataset>(gdbClass)));
-    EXPECT_FALSE(CheckDatafileFormat(std::dynamic_pointer_cast<IDataset>(shapefile)));
-    EXPECT_FALSE(CheckDatafileFormat(nullptr));
-}
-
-TEST(OutputKinds, WordsAndCategoriesMeetTheKinds) {
-    struct Case {
-        const char* directoryType;
-        std::int32_t kind;
-    };
-    const Case cases[] = {{"Shapefile", 1}, {"File Geodatabase", 2}, {"Personal Geodatabase", 4}, {"GeoPackage", 8},
-                          {"", 0},          {"shapefile", 0}};
-    for (const Case& c : cases) {
-        EXPECT_EQ(OutputKindOfDirectoryType(c.directoryType), c.kind) << c.directoryType;
-        if (c.kind != 0) {
-            EXPECT_EQ(DirectoryTypeOfOutputKind(c.kind), c.directoryType);
-        }
-    }
-    EXPECT_EQ(DirectoryTypeOfOutputKind(3), "");
-    EXPECT_EQ(OutputKindOfCategory("dBASE Table"), 1);
-    EXPECT_EQ(OutputKindOfCategory("File Geodatabase Table"), 2);
-    EXPECT_EQ(OutputKindOfCategory("Personal Geodatabase Feature Dataset"), 4);
-    EXPECT_EQ(OutputKindOfCategory("GeoPackage"), 8);
-    EXPECT_EQ(OutputKindOfCategory("Raster Dataset"), 0);
-}
-
 } // namespace
 } // namespace tess::test
