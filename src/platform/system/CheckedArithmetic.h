@@ -16,10 +16,10 @@
 
 namespace tess {
 
-//! RAII scope: clears the three flags on entry, restores the caller's flags on exit.
-//! No allocation; cheap enough to wrap every geodesic call: when the caller has no flag
-//! raised (the usual case) entry and exit only test the flags, since clearing and
-//! restoring the x87 environment costs about a hundred nanoseconds each.
+//! RAII scope: clears the three flags on entry; a check nested in another restores the
+//! outer check's flags on exit. No allocation; cheap enough to wrap every geodesic call:
+//! flags left raised by code outside any check are cleared, not saved, and on x86-64 the
+//! flags are read and cleared in the registers rather than through the whole environment.
 class FloatingPointCheck {
 public:
     FloatingPointCheck() noexcept;
@@ -35,7 +35,7 @@ public:
     bool Clean() const noexcept;
 
 private:
-    int callerRaised_ = 0;     //!< flags the caller had raised; saved and restored only then
+    int callerRaised_ = 0;     //!< flags an enclosing check had raised; saved and restored only then
     std::fexcept_t saved_{};
 };
 

@@ -73,9 +73,9 @@ TEST(CheckedArithmetic, CauseComesBeforeConsequence) {
               fault::DivisionByZero);
 }
 
-TEST(CheckedArithmetic, ScopeStartsCleanAndRestoresTheCallersFlags) {
+TEST(CheckedArithmetic, OutermostScopeDiscardsFlagsLeftByUncheckedCode) {
     std::feclearexcept(FE_ALL_EXCEPT);
-    sink = Value(1.0) / Value(0.0); // the caller's own, unchecked division by zero
+    sink = Value(1.0) / Value(0.0); // unchecked code (an engine) leaves a flag raised
     ASSERT_TRUE(std::fetestexcept(FE_DIVBYZERO));
     {
         FloatingPointCheck check;
@@ -85,9 +85,27 @@ TEST(CheckedArithmetic, ScopeStartsCleanAndRestoresTheCallersFlags) {
         EXPECT_THROW(check.Check("Test"), Fault);
         EXPECT_TRUE(check.Clean());
     }
+    EXPECT_FALSE(std::fetestexcept(FE_DIVBYZERO | FE_INVALID));
+}
+
+TEST(CheckedArithmetic, NestedScopeKeepsTheEnclosingChecksFlags) {
+    std::feclearexcept(FE_ALL_EXCEPT);
+    FloatingPointCheck outer;
+    sink = Value(1.0) / Value(0.0); // raised inside the outer check, not yet checked
+    {
+        FloatingPointCheck inner;
+        EXPECT_TRUE(inner.Clean());
+        sink = std::sqrt(Value(-1.0));
+        EXPECT_THROW(inner.Check("Inner"), Fault);
+    }
     EXPECT_TRUE(std::fetestexcept(FE_DIVBYZERO));
     EXPECT_FALSE(std::fetestexcept(FE_INVALID));
-    std::feclearexcept(FE_ALL_EXCEPT);
+    try {
+        outer.Check("Outer");
+        FAIL() << "the outer division by zero must still be seen";
+    } catch (const Fault& f) {
+        EXPECT_EQ(f.Number(), fault::DivisionByZero);
+    }
 }
 
 TEST(CheckedArithmetic, VoidAndValueResults) {
