@@ -1,0 +1,74 @@
+#pragma once
+// The options of one run of the headless host, with their defaults, as the
+// command line gives them. The library function RunCommand (HostSession.h)
+// takes them; main only parses.
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace tess::cli {
+
+//! What the process answers.
+enum class ExitCode : int {
+    Success = 0,
+    Failed = 1,  //!< the run failed (a fault report was shown)
+    Usage = 2,   //!< unknown command or layer, missing folder, unreadable document...
+    Stopped = 3, //!< the user stopped the run; what was written so far stays
+};
+
+//! How questions of the system (Yes/No, OK/Cancel) are answered.
+enum class Answer {
+    Ask, //!< a prompt on a terminal; without one the safe answer (No, Cancel)
+    Yes, //!< --yes: Yes or OK
+    No,  //!< --no: No or Cancel
+};
+
+//! Which records of the input a conversion takes.
+enum class RecordChoice {
+    DialogDefault, //!< as the dialog proposes: the selection when there is one, else all
+    All,
+    Selected,
+};
+
+//! How progress is shown on the error stream.
+enum class ProgressStyle {
+    Auto,  //!< Line on a terminal, Plain otherwise
+    Line,  //!< one line rewritten with a carriage return
+    Plain, //!< whole lines, at most one a second
+    None,
+};
+
+//! A dataset named with --layer, and the selection that --where makes on it.
+struct LayerSource {
+    std::string path;  //!< a.shp, file.gdb/Class, file.gdb/Dataset/Class, file.gpkg/layer
+    std::string name;  //!< the layer's name in the map; empty: the class's name
+    std::string where; //!< attribute condition of the selection; empty: nothing selected
+};
+
+struct RunOptions {
+    std::string commandName;          //!< the command's Name, e.g. "Tessarine_ShapesToVertices"
+    std::string documentPath;         //!< --doc: the map document to open
+    std::vector<LayerSource> layers;  //!< --layer: datasets added to the map, in the order given
+    std::string inputLayer;           //!< --input: the layer the command works on; empty: the first
+    std::string output;               //!< --output: the new feature class; empty: the dialog's proposal
+    std::vector<std::string> fields;  //!< --fields: attribute fields to carry over, by name or alias
+    bool allFields = false;           //!< --all-fields
+    RecordChoice records = RecordChoice::DialogDefault;
+    Answer answer = Answer::Ask;
+    std::string reportPath;           //!< --report: where to write the report's rich text
+    bool save = false;                //!< --save: write the document back
+    std::string savePath;             //!< --save FILE: where to; empty: the document's own file
+    ProgressStyle progress = ProgressStyle::Auto;
+};
+
+//! The streams of a run, and whether they are terminals.
+struct Console {
+    std::istream& in;
+    std::ostream& out;
+    std::ostream& err;
+    bool inIsTerminal = false;
+    bool errIsTerminal = false;
+};
+
+} // namespace tess::cli
