@@ -206,7 +206,9 @@ std::int32_t CursorImpl::CountRemaining() {
     return n;
 }
 
-std::shared_ptr<IRow> CursorImpl::NextRow() {
+std::shared_ptr<IRow> CursorImpl::NextRow() { return NextImpl(); }
+
+std::shared_ptr<RowImpl> CursorImpl::NextImpl() {
     if (mode_ == CursorMode::Insert)
         WrongMode("read rows");
     if (!Advance()) {
@@ -231,7 +233,13 @@ std::shared_ptr<IRow> CursorImpl::NextRow() {
     return row;
 }
 
-std::shared_ptr<IFeature> CursorImpl::NextFeature() { return std::dynamic_pointer_cast<IFeature>(NextRow()); }
+std::shared_ptr<IFeature> CursorImpl::NextFeature() {
+    auto row = NextImpl();
+    if (!row || !table_->IsFeatureClass())
+        return nullptr;
+    // Rows of a feature class are FeatureImpl objects: no search of the class graph needed.
+    return std::static_pointer_cast<FeatureImpl>(row);
+}
 
 void CursorImpl::Write(const RowImpl& row, bool insert, std::int64_t& fid) {
     table_->ToRecord(row, writeRecord_);

@@ -52,6 +52,7 @@ public:
     bool NextFid(std::int64_t& fid);
 
 private:
+    std::shared_ptr<RowImpl> NextImpl();
     bool Advance();
     bool PassesShapeTest();
     void Write(const RowImpl& row, bool insert, std::int64_t& fid);

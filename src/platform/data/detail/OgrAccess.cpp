@@ -462,6 +462,7 @@ OgrLayer::OgrLayer(std::shared_ptr<OgrDataset> owner, void* layer, bool resultSe
 }
 
 OgrLayer::~OgrLayer() {
+    delete static_cast<OGRFeature*>(writeFeature_);
     if (resultSet_ && owner_->handle_) {
         EnsureEngine();
         Ds(owner_->handle_)->ReleaseResultSet(Ly(layer_));
@@ -718,11 +719,18 @@ bool OgrLayer::Get(std::int64_t fid, OgrRecord& record, bool wantShape) {
     return true;
 }
 
-void* OgrLayer::NewWriteFeature(const OgrRecord& record) {
+void* OgrLayer::WriteFeature(const OgrRecord& record) {
     OGRFeatureDefn* defn = Ly(Checked())->GetLayerDefn();
     if (static_cast<std::size_t>(defn->GetFieldCount()) != kinds_.size())
         RefreshKinds();
-    auto* f = new OGRFeature(defn);
+    // One feature per layer, refilled for every row: a row written costs no feature allocation.
+    auto* f = static_cast<OGRFeature*>(writeFeature_);
+    if (!f || f->GetDefnRef() != defn || f->GetFieldCount() != defn->GetFieldCount()) {
+        delete f;
+        f = new OGRFeature(defn);
+        writeFeature_ = f;
+    }
+    f->SetFID(OGRNullFID);
     const std::size_t n = kinds_.size();
     for (std::size_t k = 0; k < n; ++k) {
         const int i = static_cast<int>(k);
@@ -755,23 +763,30 @@ void* OgrLayer::NewWriteFeature(const OgrRecord& record) {
             break;
         }
     }
-    f->SetGeometryDirectly(MakeEngineShape(record.geometry, owner_->Driver()));
+    const FlatGeometry& g = record.geometry;
+    OGRGeometry* current = f->GetGeometryRef();
+    if (g.kind == FlatKind::Point && !g.Empty() && current && wkbFlatten(current->getGeometryType()) == wkbPoint) {
+        current->toPoint()->setX(g.points[0].X);
+        current->toPoint()->setY(g.points[0].Y);
+    } else {
+        f->SetGeometryDirectly(MakeEngineShape(g, owner_->Driver()));
+    }
     return f;
 }
 
 std::int64_t OgrLayer::Create(const OgrRecord& record) {
     EnsureEngine();
-    std::unique_ptr<OGRFeature> f(static_cast<OGRFeature*>(NewWriteFeature(record)));
-    if (Ly(Checked())->CreateFeature(f.get()) != OGRERR_NONE)
+    auto* f = static_cast<OGRFeature*>(WriteFeature(record));
+    if (Ly(Checked())->CreateFeature(f) != OGRERR_NONE)
         Fail("Cannot add a row to '" + Name() + "' in '" + owner_->Path() + "'");
     return f->GetFID();
 }
 
 void OgrLayer::Set(const OgrRecord& record) {
     EnsureEngine();
-    std::unique_ptr<OGRFeature> f(static_cast<OGRFeature*>(NewWriteFeature(record)));
+    auto* f = static_cast<OGRFeature*>(WriteFeature(record));
     f->SetFID(record.fid);
-    const OGRErr err = Ly(Checked())->SetFeature(f.get());
+    const OGRErr err = Ly(Checked())->SetFeature(f);
     if (err == OGRERR_NON_EXISTING_FEATURE)
         throw Fault(fault::NotFound, kSource,
                     "There is no row " + std::to_string(record.fid) + " in '" + Name() + "' of '" + owner_->Path() +

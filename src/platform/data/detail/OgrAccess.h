@@ -142,13 +142,15 @@ public:
     void Sync();
 
 private:
-    void* NewWriteFeature(const OgrRecord& record);
+    //! The layer's feature for writing, refilled from the record.
+    void* WriteFeature(const OgrRecord& record);
     //! The engine's layer; a Fault once the dataset has been closed.
     void* Checked() const;
     std::shared_ptr<OgrDataset> owner_;
     void* layer_; //!< the engine's layer
     bool resultSet_;
     std::vector<OgrFieldKind> kinds_; // cached, refreshed when the field count changes
+    void* writeFeature_ = nullptr;    //!< the engine's feature, reused for every row written
     void RefreshKinds();
 };
 

@@ -328,8 +328,10 @@ void TableImpl::ToRecord(const RowImpl& row, OgrRecord& record) const {
         return;
     }
     const std::shared_ptr<IGeometry>& shape = row.ShapeRef();
-    if (shape && !shape->IsEmpty() && !IsUnknown(shape->SpatialReference()) && !IsUnknown(schema->reference) &&
-        shape->SpatialReference() != schema->reference && !shape->SpatialReference()->IsEqual(*schema->reference)) {
+    // Shapes read from the class carry its reference object: the pointer test spares the rest.
+    if (shape && shape->SpatialReference() != schema->reference && !shape->IsEmpty() &&
+        !IsUnknown(shape->SpatialReference()) && !IsUnknown(schema->reference) &&
+        !shape->SpatialReference()->IsEqual(*schema->reference)) {
         // Shapes in another reference are stored projected, as the host stores them.
         auto copy = CloneAs<IGeometry>(*shape);
         copy->Project(schema->reference);
