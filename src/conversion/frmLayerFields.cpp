@@ -33,13 +33,6 @@ constexpr double kFormWidth = 520.0;
 constexpr double kFormHeight = 470.0;
 constexpr double kThirds = 3.0;
 
-struct ControlSpec {
-    const char* name;
-    ControlKind kind;
-    const char* caption;
-    double left, top, width, height;
-};
-
 constexpr ControlSpec kControls[] = {
     {"lblLayer", ControlKind::Label, "Select Layer to Convert:", 12, 8, 240, 18},
     {"lbxLayers", ControlKind::ListBox, "", 12, 28, 240, 150},
@@ -201,14 +194,7 @@ frmLayerFields::frmLayerFields() : Form("frmLayerFields") {
     Caption = kDesignCaption;
     Width = kFormWidth;
     Height = kFormHeight;
-    for (const ControlSpec& spec : kControls) {
-        Control& c = AddControl(spec.name, spec.kind);
-        c.Caption = spec.caption;
-        c.Left = spec.left;
-        c.Top = spec.top;
-        c.Width = spec.width;
-        c.Height = spec.height;
-    }
+    AddControls(kControls);
     Ctl("lbxFields").MultiSelect = true;
     Ctl("txtMessage").Locked = true;
     Ctl("cmdGetWorkspace").ToolTipText = "Browse for Output Folder...";

@@ -26,13 +26,6 @@ namespace {
 constexpr double kFormWidth = 480.0;
 constexpr double kFormHeight = 400.0;
 
-struct ControlSpec {
-    const char* name;
-    ControlKind kind;
-    const char* caption;
-    double left, top, width, height;
-};
-
 constexpr ControlSpec kControls[] = {
     {"Text1", ControlKind::RichTextBox, "", 12, 12, 456, 236},
     {"lblVersion", ControlKind::Label, "", 12, 256, 220, 18},
@@ -105,14 +98,7 @@ bool GetKeyValue(RegistryHive root, const std::string& key, const std::string& n
 frmAbout::frmAbout() : Form("frmAbout"), launcher_(&LaunchDetached) {
     Width = kFormWidth;
     Height = kFormHeight;
-    for (const ControlSpec& spec : kControls) {
-        Control& c = AddControl(spec.name, spec.kind);
-        c.Caption = spec.caption;
-        c.Left = spec.left;
-        c.Top = spec.top;
-        c.Width = spec.width;
-        c.Height = spec.height;
-    }
+    AddControls(kControls);
     Ctl("Text1").Locked = true;
     for (const auto& [label, address] : Contacts()) {
         Ctl(label).ForeColor = kContactColour;

@@ -33,13 +33,6 @@ constexpr double kFormWidth = 420.0;
 constexpr double kBarMargin = 4.0; // the bar stays inside its border by this much
 constexpr double kBarInset = 2.0;
 
-struct ControlSpec {
-    const char* name;
-    ControlKind kind;
-    const char* caption;
-    double left, top, width, height;
-};
-
 constexpr ControlSpec kControls[] = {
     {"lblBeginTime", ControlKind::Label, "", 12, 8, 396, 18},
     {"lblCurrentTime", ControlKind::Label, "", 12, 28, 396, 18},
@@ -68,14 +61,7 @@ ProgressForm::ProgressForm(std::string name, Clock clock) : Form(std::move(name)
         clock_ = SystemClock();
     Width = kFormWidth;
     Height = kExpandedHeight;
-    for (const ControlSpec& spec : kControls) {
-        Control& c = AddControl(spec.name, spec.kind);
-        c.Caption = spec.caption;
-        c.Left = spec.left;
-        c.Top = spec.top;
-        c.Width = spec.width;
-        c.Height = spec.height;
-    }
+    AddControls(kControls);
     Ctl("txtDetails").Locked = true;
     Ctl("Timer1").Interval = kTimerInterval;
     Ctl("Timer1").Visible = false;

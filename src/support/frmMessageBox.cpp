@@ -15,13 +15,6 @@ constexpr const char* kSource = "frmMessageBox";
 constexpr double kFormWidth = 420.0;
 constexpr double kFormHeight = 260.0;
 
-struct ControlSpec {
-    const char* name;
-    ControlKind kind;
-    const char* caption;
-    double left, top, width, height;
-};
-
 constexpr ControlSpec kControls[] = {
     {"txtMessage", ControlKind::TextBox, "", 8, 8, 404, 196},
     {"cmdYes", ControlKind::CommandButton, "&Yes", 204, 216, 96, 28},
@@ -35,14 +28,7 @@ frmMessageBox::frmMessageBox() : Form("frmMessageBox") {
     Caption = " Message";
     Width = kFormWidth;
     Height = kFormHeight;
-    for (const ControlSpec& spec : kControls) {
-        Control& c = AddControl(spec.name, spec.kind);
-        c.Caption = spec.caption;
-        c.Left = spec.left;
-        c.Top = spec.top;
-        c.Width = spec.width;
-        c.Height = spec.height;
-    }
+    AddControls(kControls);
     Ctl("txtMessage").Locked = true;
     On("cmdYes", FormEvent::Click, [this] { Answer(true); });
     On("cmdNo", FormEvent::Click, [this] { Answer(false); });

@@ -12,13 +12,6 @@ namespace {
 constexpr double kFormWidth = 560.0;
 constexpr double kFormHeight = 420.0;
 
-struct ControlSpec {
-    const char* name;
-    ControlKind kind;
-    const char* caption;
-    double left, top, width, height;
-};
-
 constexpr ControlSpec kControls[] = {
     {"txtBackground", ControlKind::TextBox, "", 8, 8, 544, 356},
     {"txtReport", ControlKind::RichTextBox, "", 12, 12, 536, 348},
@@ -35,14 +28,7 @@ frmReport_modal::frmReport_modal() : Form("frmReport_modal") {
     Caption = " Report";
     Width = kFormWidth;
     Height = kFormHeight;
-    for (const ControlSpec& spec : kControls) {
-        Control& c = AddControl(spec.name, spec.kind);
-        c.Caption = spec.caption;
-        c.Left = spec.left;
-        c.Top = spec.top;
-        c.Width = spec.width;
-        c.Height = spec.height;
-    }
+    AddControls(kControls);
     Ctl("txtReport").Locked = true;
     Ctl("txtBackground").Locked = true;
     Ctl("CommonDialog1").Visible = false;

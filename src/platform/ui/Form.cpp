@@ -53,6 +53,17 @@ Control& Form::AddControl(const std::string& name, ControlKind kind) {
     return *controls_.back();
 }
 
+void Form::AddControls(std::span<const ControlSpec> layout) {
+    for (const ControlSpec& spec : layout) {
+        Control& c = AddControl(spec.name, spec.kind);
+        c.Caption = spec.caption;
+        c.Left = spec.left;
+        c.Top = spec.top;
+        c.Width = spec.width;
+        c.Height = spec.height;
+    }
+}
+
 bool Form::HasControl(const std::string& name) const { return byName_.count(Lower(name)) != 0; }
 
 Control& Form::Ctl(const std::string& name) {

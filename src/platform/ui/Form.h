@@ -9,6 +9,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -64,6 +65,14 @@ private:
     ControlKind kind_;
 };
 
+//! One row of a dialog's layout table: a control, its caption and its place.
+struct ControlSpec {
+    const char* name;
+    ControlKind kind;
+    const char* caption;
+    double left, top, width, height;
+};
+
 class Form {
 public:
     explicit Form(std::string name);
@@ -100,6 +109,8 @@ public:
 
 protected:
     Control& AddControl(const std::string& name, ControlKind kind);
+    //! Adds the controls of a layout table, in its order.
+    void AddControls(std::span<const ControlSpec> layout);
     void On(const std::string& control, FormEvent event, std::function<void(EventArgs&)> handler);
     void On(const std::string& control, FormEvent event, std::function<void()> handler);
 
