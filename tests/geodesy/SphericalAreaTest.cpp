@@ -178,10 +178,9 @@ TEST(SphericalPolygonArea, CentroidOfSymmetricShapesIsTheirCentre) {
 TEST(SphericalPolygonArea, CounterClockwiseOrEmptyGivesNoCentroid) {
     FaultRecorder faults;
     double lon = 1, lat = 1;
-    // Never positive: negative where a lone counter-clockwise ring forms a component, 0 where the
-    // platform treats it as a hole of no exterior ring and so as no component at all.
+    // A lone counter-clockwise ring is a component of its own and measures negative.
     const double ccw = SphericalPolygonArea(*MakePolygon({Reversed(kSquareCW)}), true, lon, lat);
-    EXPECT_LE(ccw, 0.0);
+    EXPECT_LT(ccw, 0.0);
     EXPECT_EQ(lon, kNoValue);
     EXPECT_EQ(lat, kNoValue);
     lon = lat = 1;

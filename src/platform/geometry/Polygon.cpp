@@ -69,6 +69,10 @@ std::vector<std::int32_t> Polygon::RingOwners() const {
                 best = areas[e];
             }
         }
+        // A counter-clockwise ring inside no exterior ring stands alone: it is a component of
+        // its own (with a negative area) rather than vanishing from the polygon's structure.
+        if (owners[h] < 0)
+            owners[h] = static_cast<std::int32_t>(h);
     }
     return owners;
 }

@@ -186,6 +186,15 @@ TEST(ConnectedComponents, HoleGoesToTheSmallestSurroundingExterior) {
     EXPECT_EQ(polygon->InteriorRingCount(polygon->Part(1)), 1);
 }
 
+TEST(ConnectedComponents, CounterClockwiseRingOutsideEveryExteriorStandsAlone) {
+    // The second ring runs counter-clockwise but lies inside nothing.
+    const auto polygon = Wkt<Polygon>("POLYGON((0 0, 0 10, 10 10, 10 0, 0 0), (20 0, 30 0, 30 10, 20 10, 20 0))");
+    EXPECT_EQ(polygon->InteriorRingCount(polygon->Part(0)), 0);
+    const auto bag = std::dynamic_pointer_cast<IGeometryCollection>(polygon->ConnectedComponentBag());
+    ASSERT_EQ(bag->GeometryCount(), 2);
+    EXPECT_DOUBLE_EQ(std::dynamic_pointer_cast<IArea>(bag->Geometry(1))->Area(), -100.0);
+}
+
 TEST(GeometryBagEnumeration, ResetAndNext) {
     GeometryBag bag;
     bag.AddGeometry(std::make_shared<Point>(1, 1));
