@@ -29,7 +29,7 @@ Examples:
   tessarine vertices --layer data/demo/trails.shp --output out/trail_vertices.shp --all-fields
   tessarine vertices --layer data/demo/parcels.shp --where "ZONE = 1" --selected \
                      --fields NAME,OWNER --output out/zone1_vertices.shp
-  tessarine vertices --doc data/demo.map.json --input parcels --output out/parcels.gdb/vertices --save
+  tessarine vertices --doc data/demo.map.json --input parcels --output data/demo/demo.gdb/parcel_vertices --save
   tessarine Tessarine_ShapesToVertices --layer data/demo/demo.gdb/parcels --output out/v.shp --yes
 
 The dialog of the command checks the choices as on the desktop; its messages are shown as text.
@@ -59,6 +59,39 @@ Examples:
   tessarine geod spheroids
 )";
 
+constexpr const char* kCommandsExamples = R"(
+Each line shows a menu item as the map host shows it, the command's name, and what to type after
+"tessarine" to run it.
+
+Examples:
+  tessarine commands
+  tessarine commands | grep vertices
+)";
+
+constexpr const char* kDemoExamples = R"(
+The demo datasets are made by data/make-demo-data; scripts/demo makes them, builds and runs this.
+
+Examples:
+  tessarine demo
+  tessarine demo --output /tmp/tessarine-demo --progress plain
+)";
+
+//! The help's closing text of a command of the table.
+std::string Footer(const FriendlyCommand& entry) {
+    if (entry.dialog == DialogKind::None)
+        return kGraphicsExamples;
+    if (entry.dialog == DialogKind::Unsupported)
+        return "\nThe dialog of this command cannot be answered from the command line yet; it runs in "
+               "tessarine-map.\n\nExamples:\n  tessarine commands\n";
+    if (entry.friendly == "vertices")
+        return kConversionExamples;
+    const std::string name(entry.friendly);
+    return "\nThe options are those of \"tessarine vertices --help\": the same dialog serves every "
+           "conversion.\n\nExamples:\n  tessarine " + name + " --layer data/demo/parcels.shp --output out/" + name +
+           ".shp --all-fields\n  tessarine " + name + " --doc data/demo.map.json --input parcels --output out/" +
+           name + ".shp --yes\n";
+}
+
 constexpr const char* kTopFooter = R"(
 Examples:
   tessarine commands
@@ -85,6 +118,13 @@ LayerSource ParseLayer(const std::string& text) {
     return source;
 }
 
+void AddProgressOption(CLI::App& sub, ProgressStyle& style) {
+    sub.add_option("--progress", style, "How progress is shown on stderr: a line rewritten on a terminal, "
+                                        "plain lines elsewhere, or none")
+        ->transform(CLI::CheckedTransformer(kProgressStyles, CLI::ignore_case).description(""))
+        ->type_name("auto|line|plain|none");
+}
+
 //! The options of a command that runs on a document or on datasets.
 struct DocumentOptions {
     RunOptions run;
@@ -100,21 +140,10 @@ struct DocumentOptions {
     CLI::Option* saveOption = nullptr;
 };
 
-void AddCommonOptions(CLI::App& sub, DocumentOptions& o) {
+void AddMapOptions(CLI::App& sub, DocumentOptions& o, bool withDatasets) {
     sub.add_option("--doc", o.run.documentPath, "The map document (*.map.json) to work on")->type_name("FILE");
-    auto* yes = sub.add_flag("--yes,-y", o.yes, "Answer Yes (or OK) to every question of the command");
-    auto* no = sub.add_flag("--no,-n", o.no, "Answer No (or Cancel) to every question");
-    yes->excludes(no);
-    o.saveOption = sub.add_option("--save", o.run.savePath,
-                                  "Write the document back after the run (to FILE when given)")
-                       ->type_name("[FILE]")
-                       ->expected(0, 1);
-    sub.add_option("--progress", o.run.progress, "How progress is shown on stderr: auto, line, plain, none")
-        ->transform(CLI::CheckedTransformer(kProgressStyles, CLI::ignore_case))
-        ->type_name("STYLE");
-}
-
-void AddDatasetOptions(CLI::App& sub, DocumentOptions& o) {
+    if (!withDatasets)
+        return;
     o.layerOption = sub.add_option("--layer", o.layerTexts,
                                    "A dataset to add to the map, as a layer (repeatable): a.shp, "
                                    "file.gdb/Class, file.gpkg/layer; :NAME names the layer")
@@ -122,6 +151,9 @@ void AddDatasetOptions(CLI::App& sub, DocumentOptions& o) {
     o.whereOption = sub.add_option("--where", o.whereTexts,
                                    "Selects the features of the --layer before it that meet the condition")
                         ->type_name("SQL");
+}
+
+void AddDialogOptions(CLI::App& sub, DocumentOptions& o) {
     sub.add_option("--input", o.run.inputLayer,
                    "The layer to convert, by name (default: the first --layer, or the map's choice)")
         ->type_name("LAYER");
@@ -134,8 +166,20 @@ void AddDatasetOptions(CLI::App& sub, DocumentOptions& o) {
     auto* all = sub.add_flag("--all", o.all, "Convert all records");
     auto* selected = sub.add_flag("--selected", o.selected, "Convert the selected records only");
     all->excludes(selected);
-    sub.add_option("--report", o.run.reportPath, "Also write the report's rich text (RTF) to FILE")
-        ->type_name("FILE");
+}
+
+void AddRunOptions(CLI::App& sub, DocumentOptions& o, bool withReport) {
+    auto* yes = sub.add_flag("--yes,-y", o.yes, "Answer Yes (or OK) to every question of the command");
+    auto* no = sub.add_flag("--no,-n", o.no, "Answer No (or Cancel) to every question");
+    yes->excludes(no);
+    if (withReport)
+        sub.add_option("--report", o.run.reportPath, "Also write the report's rich text (RTF) to FILE")
+            ->type_name("FILE");
+    o.saveOption = sub.add_option("--save", o.run.savePath,
+                                  "Write the document back after the run (to FILE when given)")
+                       ->type_name("[FILE]")
+                       ->expected(0, 1);
+    AddProgressOption(sub, o.run.progress);
 }
 
 //! Fills the run options from what CLI11 parsed; the order of --layer and --where matters.
@@ -171,9 +215,8 @@ std::size_t OptionsGiven(const CLI::App& sub) {
 }
 
 std::string Describe(const FriendlyCommand& entry) {
-    return std::string(entry.commandName) + (entry.dialog == DialogKind::Unsupported
-                                                 ? " (its dialog needs tessarine-map for now)"
-                                                 : "");
+    return std::string(entry.caption) + " (" + std::string(entry.commandName) + ")" +
+           (entry.dialog == DialogKind::Unsupported ? ", in tessarine-map for now" : "");
 }
 
 //! Command names (Tessarine_ShapesToVertices) stand for their friendly words.
@@ -196,6 +239,11 @@ public:
         const std::vector<std::string> args = WithFriendlyNames(rawArgs);
         CLI::App app{"tessarine " TESS_VERSION " - geometry tools for GIS analysts, headless"};
         Build(app);
+        if (!args.empty() && !args.front().empty() && args.front().front() != '-' && !IsCommand(app, args.front())) {
+            console_.err << "tessarine: unknown command " << Quoted(args.front())
+                         << " (tessarine commands lists them, tessarine --help tells the rest)\n";
+            return static_cast<int>(ExitCode::Usage);
+        }
         try {
             std::vector<std::string> reversed(args.rbegin(), args.rend());
             app.parse(reversed); // CLI11 takes the arguments last first
@@ -211,6 +259,11 @@ public:
     }
 
 private:
+    static bool IsCommand(const CLI::App& app, const std::string& word) {
+        const auto named = app.get_subcommands([&word](const CLI::App* sub) { return sub->check_name(word); });
+        return !named.empty();
+    }
+
     int Exit(CLI::App& app, const CLI::ParseError& error) {
         // Help and version go to the output and end well; the rest is bad usage.
         const int code = app.exit(error, console_.out, console_.err);
@@ -218,19 +271,20 @@ private:
     }
 
     void Build(CLI::App& app) {
+        app.name("tessarine");
         app.set_version_flag("--version", "tessarine " TESS_VERSION);
         app.require_subcommand(0, 1);
         app.footer(kTopFooter);
         app.get_formatter()->column_width(kHelpColumn);
 
         commands_ = app.add_subcommand("commands", "Show the toolbar and menus as a map host shows them");
+        commands_->footer(kCommandsExamples);
         demo_ = app.add_subcommand("demo", "Run Shapes to Vertices on the bundled demo data into ./demo-output/");
         demo_->add_option("--data", demoOptions_.dataFolder, "The folder of demo.map.json (default: ./data)")
             ->type_name("FOLDER");
         demo_->add_option("--output", demoOptions_.outputFolder, "Where the outputs go")->type_name("FOLDER");
-        demo_->add_option("--progress", demoOptions_.progress, "How progress is shown: auto, line, plain, none")
-            ->transform(CLI::CheckedTransformer(kProgressStyles, CLI::ignore_case))
-            ->type_name("STYLE");
+        AddProgressOption(*demo_, demoOptions_.progress);
+        demo_->footer(kDemoExamples);
 
         graphics_ = app.add_subcommand("graphics", "Select, unselect, flip the selection of, or zoom to, the "
                                                    "graphic elements of a map document");
@@ -245,13 +299,12 @@ private:
             CLI::App* sub = parent->add_subcommand(words.back(), Describe(entry));
             auto& options = documents_[sub];
             options.run.commandName = std::string(entry.commandName);
-            AddCommonOptions(*sub, options);
-            if (entry.dialog == DialogKind::LayerFields || entry.dialog == DialogKind::Unsupported)
-                AddDatasetOptions(*sub, options);
-            sub->footer(entry.dialog == DialogKind::None ? kGraphicsExamples
-                        : entry.dialog == DialogKind::LayerFields && entry.friendly == "vertices"
-                            ? kConversionExamples
-                            : "");
+            const bool withDialog = entry.dialog != DialogKind::None;
+            AddMapOptions(*sub, options, withDialog);
+            if (withDialog)
+                AddDialogOptions(*sub, options);
+            AddRunOptions(*sub, options, withDialog);
+            sub->footer(Footer(entry));
         }
 
         geod_ = app.add_subcommand("geod", "Geodesic distances and positions on a spheroid (Vincenty)");
@@ -273,6 +326,7 @@ private:
             sub->footer(kGeodExamples);
         }
         spheroids_ = geod_->add_subcommand("spheroids", "List the spheroid catalogue (group, code, name, a, b)");
+        spheroids_->footer(kGeodExamples);
     }
 
     int Dispatch(CLI::App& app) {

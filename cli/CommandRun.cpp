@@ -221,11 +221,15 @@ private:
         }
         if (!ui_->UsageProblemText().empty())
             return Usage(ui_->UsageProblemText());
-        if (ui_->ErrorShown())
-            return ExitCode::Failed;
         const FriendlyCommand* entry = FindFriendlyCommand(options_.commandName);
-        if (entry && entry->dialog == DialogKind::LayerFields && ui_->ReportsShown() == 0)
-            return Failed("the command ran nothing (its dialog was closed)");
+        const bool ranNothing = entry && entry->dialog == DialogKind::LayerFields && ui_->ReportsShown() == 0;
+        if (ui_->ErrorShown() || ranNothing) {
+            if (ui_->QuestionsDefaulted() > 0)
+                console_.err << "tessarine: a question took the safe answer, as there was no terminal to ask; "
+                                "--yes answers Yes\n";
+            return ranNothing && !ui_->ErrorShown() ? Failed("the command ran nothing (its dialog was closed)")
+                                                    : ExitCode::Failed;
+        }
         if (options_.save) {
             try {
                 app.SaveDocument(options_.savePath);
@@ -248,7 +252,9 @@ private:
 std::shared_ptr<IFeatureLayer> OpenDatasetLayer(const std::string& path) {
     std::string workspacePath;
     std::string datasetName;
-    if (!SplitDatasetPath(path, workspacePath, datasetName))
+    // A dataset of the current folder has no folder in its path.
+    const std::string located = fs::path(path).has_parent_path() ? path : "./" + path;
+    if (!SplitDatasetPath(located, workspacePath, datasetName))
         throw Fault(fault::NotFound, "tessarine",
                     "not a dataset path (a.shp, file.gdb/Class, file.gpkg/layer)");
     std::error_code error;

@@ -19,6 +19,8 @@ struct FriendlyCommand {
     std::string_view friendly;    //!< e.g. "vertices"; "graphics select-all" for the graphics group
     std::string_view commandName; //!< e.g. "Tessarine_ShapesToVertices"
     DialogKind dialog;
+    std::string_view caption;     //!< the menu item without its "&", for the help
+
 };
 
 std::span<const FriendlyCommand> FriendlyCommands();

@@ -144,7 +144,9 @@ private:
             return true;
         const Control& control = form.Ctl(option);
         if (!control.Enabled)
-            return Refuse("--selected: " + control.Caption);
+            return Refuse("--" + std::string(options_.records == RecordChoice::All ? "all" : "selected") +
+                          ": the dialog offers no such choice for this layer (it shows " + Quoted(control.Caption) +
+                          ")");
         form.Fire(option, FormEvent::Click);
         if (control.Value != 1)
             return Refuse(std::string("the dialog would not take --") +

@@ -64,7 +64,8 @@ std::string ProgressLine::Text(const Form& window) {
 
 void ProgressLine::Update(const Form& window) {
     const std::string text = Text(window);
-    if (text.empty() || text == shown_)
+    // Until the first record is counted the window shows only its initial texts.
+    if (text.empty() || text == shown_ || Record(Label(window, "lblRecordNumber")).empty())
         return;
     const auto now = std::chrono::steady_clock::now();
     if (now - last_ < (rewrite_ ? kRewriteInterval : kPlainInterval))
@@ -75,13 +76,13 @@ void ProgressLine::Update(const Form& window) {
 
 void ProgressLine::Finish(const Form& window) {
     const std::string text = Text(window);
-    if (!text.empty() && text != shown_)
+    if (!text.empty() && text != shown_ && !Record(Label(window, "lblRecordNumber")).empty())
         Write(text);
     if (open_)
         err_ << '\n';
     err_.flush();
+    // The text stays known: a window that stays open is not shown again unless it changes.
     open_ = false;
-    shown_.clear();
     shownWidth_ = 0;
 }
 

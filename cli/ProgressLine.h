@@ -21,7 +21,7 @@ public:
 
     //! Shows the window's state when it changed and the last showing is old enough.
     void Update(const Form& window);
-    //! Shows the final state and ends the line.
+    //! Shows the final state, unless it was shown already, and ends the line.
     void Finish(const Form& window);
 
     //! The text of the line for a window's labels, e.g.

@@ -113,6 +113,7 @@ MsgBoxResult TerminalUI::Decide(MsgBoxButtons buttons) {
     } else {
         result = Safe(buttons);
         why = "no terminal to ask; --yes or --no answer";
+        ++questionsDefaulted_;
     }
     console_.err << kIndent << '[' << ButtonsText(buttons) << "] " << AnswerText(result) << " (" << why << ")\n";
     console_.err.flush();

@@ -43,6 +43,8 @@ public:
     //! The rich text of the last report shown; empty when none was.
     const std::string& ReportRtf() const { return reportRtf_; }
     int ReportsShown() const { return reportsShown_; }
+    //! Questions that took the safe answer because nobody could be asked.
+    int QuestionsDefaulted() const { return questionsDefaulted_; }
     //! Ends the progress line of any window still showing (the run is over).
     void FinishProgress();
 
@@ -86,6 +88,7 @@ private:
     bool stopDelivered_ = false;
     std::string reportRtf_;
     int reportsShown_ = 0;
+    int questionsDefaulted_ = 0;
 };
 
 } // namespace tess::cli

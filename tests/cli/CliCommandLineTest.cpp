@@ -39,6 +39,9 @@ struct UsageCase {
     const char* message; // part of what the error stream must say
 };
 
+// ctest lists a case by its name, not its bytes.
+void PrintTo(const UsageCase& c, std::ostream* os) { *os << c.name; }
+
 class BadUsage : public ::testing::TestWithParam<UsageCase> {};
 
 TEST_P(BadUsage, ExitsWithTwoAndSaysWhy) {

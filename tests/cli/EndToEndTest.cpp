@@ -132,6 +132,8 @@ struct BadInput {
     const char* message;
 };
 
+void PrintTo(const BadInput& c, std::ostream* os) { *os << c.name; }
+
 class BadInputs : public Vertices, public ::testing::WithParamInterface<BadInput> {};
 
 TEST_P(BadInputs, GiveAClearMessageAndExitCode) {

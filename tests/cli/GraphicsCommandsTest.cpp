@@ -9,6 +9,7 @@
 #include <fstream>
 
 #include "CliTestSupport.h"
+#include "CommandTable.h"
 
 namespace tess::test {
 namespace {
@@ -103,6 +104,14 @@ TEST(Commands, ListTheToolbarAndMenusAsAHostShowsThem) {
     ASSERT_NE(vertices, std::string::npos);
     const std::string line = out.substr(vertices, out.find('\n', vertices) - vertices);
     EXPECT_NE(line.find(" vertices"), std::string::npos) << line;
+    // The host's table of friendly names agrees with the extension: each command is on the menus
+    // under the caption the help gives it.
+    for (const cli::FriendlyCommand& entry : cli::FriendlyCommands()) {
+        const auto at = out.find(std::string(entry.commandName) + " ");
+        ASSERT_NE(at, std::string::npos) << entry.commandName;
+        const std::string itemLine = out.substr(out.rfind('\n', at) + 1, out.find('\n', at) - out.rfind('\n', at) - 1);
+        EXPECT_NE(itemLine.find(std::string(entry.caption) + " "), std::string::npos) << itemLine;
+    }
     // Groups start with a separator line: one before "Convert Polygons to Label Points".
     const auto labelPoints = out.find("Convert Polygons to Label Points");
     ASSERT_NE(labelPoints, std::string::npos);

@@ -48,6 +48,8 @@ struct AnswerCase {
     MsgBoxResult expected;
 };
 
+void PrintTo(const AnswerCase& c, std::ostream* os) { *os << c.name; }
+
 class Questions : public ::testing::TestWithParam<AnswerCase> {};
 
 TEST_P(Questions, AreAnsweredByOptionPromptOrSafeDefault) {
