@@ -125,6 +125,26 @@ TEST_F(Vertices, IntoAFileGeodatabaseFromADocumentWhichIsSaved) {
     EXPECT_NE(text.find("Tessarine.clsExtension"), std::string::npos);
 }
 
+TEST_F(Vertices, IntoAFeatureDatasetAndAGeoPackage) {
+    // The places are chosen as in the browse dialog: the dataset inside its geodatabase, the package.
+    fs::copy(Data("demo.gdb"), Out("out.gdb"), fs::copy_options::recursive);
+    auto geodatabase =
+        std::dynamic_pointer_cast<IFeatureWorkspace>(FileGDBWorkspaceFactory().OpenFromFile(Out("out.gdb"), 0));
+    geodatabase->CreateFeatureDataset("Survey", SpatialReferenceEnvironment().CreateGeographicCoordinateSystem(4326));
+    GeoPackageWorkspaceFactory().Create(dir_.Path().string(), "out.gpkg");
+    geodatabase.reset();
+
+    const std::vector<FeatureRecord> trails = ReadFeatures(Data("trails.shp"));
+    for (const auto& [output, tolerance] : {std::pair{Out("out.gdb") + "/Survey/trail_vertices", kGeodatabaseGrid},
+                                           std::pair{Out("out.gpkg") + "/trail_vertices", kExact}}) {
+        const ProcessResult run =
+            RunTessarine({"vertices", "--layer", Data("trails.shp"), "--output", output, "--fields", "KM"}, dir_.Path());
+        ASSERT_EQ(run.exitCode, 0) << output << "\n" << run.err;
+        ExpectVerticesOf(trails, output, {"KM"}, tolerance);
+        EXPECT_NE(run.out.find("** " + output), std::string::npos) << "the report names the place\n" << run.out;
+    }
+}
+
 struct BadInput {
     const char* name;
     std::vector<std::string> args; // "@" stands for the test's folder
