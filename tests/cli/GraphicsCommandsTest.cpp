@@ -10,6 +10,7 @@
 
 #include "CliTestSupport.h"
 #include "CommandTable.h"
+#include "platform/framework/Registry.h"
 
 namespace tess::test {
 namespace {
@@ -117,6 +118,18 @@ TEST(Commands, ListTheToolbarAndMenusAsAHostShowsThem) {
     ASSERT_NE(labelPoints, std::string::npos);
     const auto previousLineEnd = out.rfind('\n', out.rfind('\n', labelPoints) - 1);
     EXPECT_NE(out.substr(previousLineEnd, labelPoints - previousLineEnd).find("-----"), std::string::npos);
+}
+
+TEST(Commands, MarkTheItemsThatAreDisabled) {
+    // A host older than 9.2 greys polygon building, and says why in its caption.
+    TempDir dir;
+    Registry(dir / "registry.json").WriteString(RegistryHive::LocalMachine, kHostVersionKey, kHostVersionValue, "9.1");
+    const ProcessResult run = RunTessarine({"commands"}, dir.Path());
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    const auto at = run.out.find("Build Polygons (Disabled:");
+    ASSERT_NE(at, std::string::npos) << run.out;
+    EXPECT_NE(run.out.substr(at, run.out.find('\n', at) - at).find("[disabled]"), std::string::npos);
+    EXPECT_EQ(std::count(run.out.begin(), run.out.end(), ']'), 2) << "the toolbar's name and one disabled item";
 }
 
 TEST(Demo, RunsOnTheDemoDataIntoItsOutputFolder) {
