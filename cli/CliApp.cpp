@@ -147,10 +147,12 @@ void AddMapOptions(CLI::App& sub, DocumentOptions& o, bool withDatasets) {
     o.layerOption = sub.add_option("--layer", o.layerTexts,
                                    "A dataset to add to the map, as a layer (repeatable): a.shp, "
                                    "file.gdb/Class, file.gpkg/layer; :NAME names the layer")
-                        ->type_name("PATH[:NAME]");
+                        ->type_name("PATH[:NAME]")
+                        ->allow_extra_args(false); // one dataset per --layer, so that --where finds its own
     o.whereOption = sub.add_option("--where", o.whereTexts,
                                    "Selects the features of the --layer before it that meet the condition")
-                        ->type_name("SQL");
+                        ->type_name("SQL")
+                        ->allow_extra_args(false);
 }
 
 void AddDialogOptions(CLI::App& sub, DocumentOptions& o) {

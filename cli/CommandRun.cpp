@@ -202,6 +202,9 @@ private:
                 throw UsageError{"the command " + Quoted(CaptionText(command->Caption())) + " is disabled"};
             InterruptGuard interrupts;
             command->OnClick();
+            if (InterruptPending() && !ui_->StopDelivered())
+                console_.err << "tessarine: Ctrl-C came while the run had no progress window to stop it; it ran "
+                                "to its end\n";
         }
         ui_->FinishProgress();
         return Outcome(app);

@@ -110,6 +110,16 @@ TEST_F(Vertices, SelectionAndChosenFieldsOfPolylines) {
     EXPECT_NE(rtf.find("Trails"), std::string::npos);
 }
 
+TEST_F(Vertices, EachWhereSelectsOnTheLayerBeforeIt) {
+    const ProcessResult run = RunTessarine({"vertices", "--layer", Data("trails.shp"), "--where", "KM < 10", "--layer",
+                                            Data("parcels.shp") + ":Plots", "--where", "ZONE = 1", "--input", "Plots",
+                                            "--selected", "--all-fields", "--output", Out("plots.shp")},
+                                           dir_.Path());
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_NE(run.out.find("Input Feature Layer: Plots"), std::string::npos) << run.out;
+    ExpectVerticesOf(ReadFeatures(Data("parcels.shp"), "ZONE = 1"), Out("plots.shp"), {"NAME", "OWNER", "ZONE"});
+}
+
 TEST_F(Vertices, IntoAFileGeodatabaseFromADocumentWhichIsSaved) {
     fs::copy(Data("demo.gdb"), Out("out.gdb"), fs::copy_options::recursive);
     const std::string document = (dir_.Path() / "data" / "demo.map.json").string();
