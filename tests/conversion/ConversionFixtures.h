@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "DataTestSupport.h"
 #include "frame/clsExtension.h"
 #include "platform/carto/FeatureLayer.h"
 #include "platform/carto/Map.h"
@@ -38,92 +39,11 @@
 
 namespace tess::test {
 
-//! A fresh folder under the system's temporary folder, removed with everything in it.
-class TempDir {
-public:
-    TempDir() {
-        path_ = (std::filesystem::temp_directory_path() /
-                 ("tess-conv-" + std::to_string(::getpid()) + "-" + std::to_string(++counter_)))
-                    .string();
-        std::filesystem::remove_all(path_);
-        std::filesystem::create_directories(path_);
-    }
-    ~TempDir() {
-        std::error_code ec;
-        std::filesystem::remove_all(path_, ec);
-    }
-    TempDir(const TempDir&) = delete;
-    TempDir& operator=(const TempDir&) = delete;
-    const std::string& Path() const { return path_; }
-    std::string operator/(const std::string& name) const { return path_ + "/" + name; }
-
-private:
-    static inline int counter_ = 0;
-    std::string path_;
-};
-
-inline std::shared_ptr<IField> MakeField(const std::string& name, esriFieldType type, std::int32_t length = 0,
-                                         std::int32_t precision = 0, std::int32_t scale = 0) {
-    auto f = std::make_shared<Field>();
-    f->Name(name);
-    f->Type(type);
-    f->Length(length);
-    f->Precision(precision);
-    f->Scale(scale);
-    return f;
-}
-
-inline std::shared_ptr<IFeatureClass> CreateClass(IFeatureWorkspace& ws, const std::string& name,
-                                                  esriGeometryType type, const std::shared_ptr<ISpatialReference>& sr,
-                                                  const std::vector<std::shared_ptr<IField>>& extra = {}) {
-    auto fields = std::make_shared<Fields>();
-    fields->AddField(MakeField("OBJECTID", esriFieldTypeOID));
-    auto def = std::make_shared<GeometryDef>();
-    def->GeometryType(type);
-    def->SpatialReference(sr);
-    auto shape = std::make_shared<Field>();
-    shape->Name("Shape");
-    shape->Type(esriFieldTypeGeometry);
-    shape->GeometryDef(def);
-    fields->AddField(shape);
-    for (const auto& f : extra)
-        fields->AddField(f);
-    return ws.CreateFeatureClass(name, fields, nullptr, nullptr, esriFTSimple, "Shape", "");
-}
-
 inline std::shared_ptr<IFeatureWorkspace> ShapefileFolder(const std::string& path) {
     return std::dynamic_pointer_cast<IFeatureWorkspace>(ShapefileWorkspaceFactory().OpenFromFile(path, 0));
 }
 
-using Parts = std::vector<std::vector<WKSPoint>>;
-
-//! A closed square ring: clockwise for an exterior ring, counter-clockwise for a hole.
-inline std::vector<WKSPoint> Square(double x, double y, double size, bool clockwise) {
-    std::vector<WKSPoint> cw = {{x, y}, {x, y + size}, {x + size, y + size}, {x + size, y}, {x, y}};
-    if (!clockwise)
-        return {cw.rbegin(), cw.rend()};
-    return cw;
-}
-
-inline std::shared_ptr<IGeometry> MakePolygon(const Parts& rings) {
-    auto polygon = std::make_shared<Polygon>();
-    for (const auto& r : rings) {
-        auto ring = std::make_shared<Ring>();
-        ring->AddWKSPoints(static_cast<std::int32_t>(r.size()), r.data());
-        polygon->AddPart(ring);
-    }
-    return polygon;
-}
-
-inline std::shared_ptr<IGeometry> MakePolyline(const Parts& paths) {
-    auto line = std::make_shared<Polyline>();
-    for (const auto& p : paths) {
-        auto path = std::make_shared<Path>();
-        path->AddWKSPoints(static_cast<std::int32_t>(p.size()), p.data());
-        line->AddPart(path);
-    }
-    return line;
-}
+using Parts = Rings;
 
 inline std::shared_ptr<IGeometry> MakeMultipoint(const std::vector<WKSPoint>& points) {
     auto multipoint = std::make_shared<Multipoint>();

@@ -86,8 +86,13 @@ std::shared_ptr<IFields> ClassFields(esriGeometryType type, const std::shared_pt
 std::shared_ptr<IFeatureClass> CreateClass(IWorkspace& ws, const std::string& name, esriGeometryType type,
                                            const std::shared_ptr<ISpatialReference>& sr,
                                            const std::vector<std::shared_ptr<IField>>& extra) {
-    auto& fws = dynamic_cast<IFeatureWorkspace&>(ws);
-    return fws.CreateFeatureClass(name, ClassFields(type, sr, extra), nullptr, nullptr, esriFTSimple, "Shape", "");
+    return CreateClass(dynamic_cast<IFeatureWorkspace&>(ws), name, type, sr, extra);
+}
+
+std::shared_ptr<IFeatureClass> CreateClass(IFeatureWorkspace& ws, const std::string& name, esriGeometryType type,
+                                           const std::shared_ptr<ISpatialReference>& sr,
+                                           const std::vector<std::shared_ptr<IField>>& extra) {
+    return ws.CreateFeatureClass(name, ClassFields(type, sr, extra), nullptr, nullptr, esriFTSimple, "Shape", "");
 }
 
 std::shared_ptr<Point> MakePoint(double x, double y) { return std::make_shared<Point>(x, y); }

@@ -52,6 +52,9 @@ std::shared_ptr<IFields> ClassFields(esriGeometryType type, const std::shared_pt
 std::shared_ptr<IFeatureClass> CreateClass(IWorkspace& ws, const std::string& name, esriGeometryType type,
                                            const std::shared_ptr<ISpatialReference>& sr,
                                            const std::vector<std::shared_ptr<IField>>& extra = {});
+std::shared_ptr<IFeatureClass> CreateClass(IFeatureWorkspace& ws, const std::string& name, esriGeometryType type,
+                                           const std::shared_ptr<ISpatialReference>& sr,
+                                           const std::vector<std::shared_ptr<IField>>& extra = {});
 
 using Rings = std::vector<std::vector<WKSPoint>>;
 std::shared_ptr<Point> MakePoint(double x, double y);
