@@ -1,5 +1,7 @@
 #include "DataFixtures.h"
 
+#include "DataTestSupport.h"
+
 #include <array>
 #include <stdexcept>
 #include <cstdlib>
@@ -41,26 +43,9 @@ std::shared_ptr<IFeatureClass> MakeShapefile(const std::string& folder, const st
 std::shared_ptr<IFeatureClass> MakeFeatureClass(IFeatureWorkspace& workspace, const std::string& name,
                                                 esriGeometryType type, const std::shared_ptr<ISpatialReference>& sr,
                                                 const std::vector<FeatureSpec>& features) {
-    auto fields = std::make_shared<Fields>();
-    auto definition = std::make_shared<GeometryDef>();
-    definition->GeometryType(type);
-    definition->SpatialReference(sr);
-    auto shape = std::make_shared<Field>();
-    shape->Name("Shape");
-    shape->Type(esriFieldTypeGeometry);
-    shape->GeometryDef(definition);
-    fields->AddField(shape);
-    auto text = std::make_shared<Field>();
-    text->Name("NAME");
-    text->Type(esriFieldTypeString);
-    text->Length(20);
-    fields->AddField(text);
-    auto number = std::make_shared<Field>();
-    number->Name("POP");
-    number->Type(esriFieldTypeInteger);
-    number->Precision(9);
-    fields->AddField(number);
-    auto featureClass = workspace.CreateFeatureClass(name, fields, nullptr, nullptr, esriFTSimple, "Shape", "");
+    auto featureClass = test::CreateClass(workspace, name, type, sr,
+                                          {test::MakeField("NAME", esriFieldTypeString, 20),
+                                           test::MakeField("POP", esriFieldTypeInteger, 0, 9)});
 
     auto cursor = featureClass->Insert(true);
     auto buffer = featureClass->CreateFeatureBuffer();
