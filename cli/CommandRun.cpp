@@ -12,6 +12,7 @@
 #include "TextUtil.h"
 #include "platform/carto/FeatureLayer.h"
 #include "platform/carto/Map.h"
+#include "platform/data/DataNotes.h"
 #include "platform/data/QueryFilter.h"
 #include "platform/data/Workspace.h"
 #include "platform/data/WorkspaceFactories.h"
@@ -19,6 +20,7 @@
 #include "platform/framework/Document.h"
 #include "platform/framework/HostContracts.h"
 #include "platform/system/Fault.h"
+#include "support/DataNotesReport.h"
 
 namespace tess::cli {
 namespace {
@@ -207,6 +209,8 @@ private:
                                 "to its end\n";
         }
         ui_->FinishProgress();
+        for (const std::string& line : DataNotesLines(DataNotes()))
+            console_.err << "tessarine: warning: " << line << '\n';
         return Outcome(app);
     }
 
@@ -253,25 +257,10 @@ private:
 } // namespace
 
 std::shared_ptr<IFeatureLayer> OpenDatasetLayer(const std::string& path) {
-    std::string workspacePath;
-    std::string datasetName;
     // A dataset of the current folder has no folder in its path.
     const std::string located = fs::path(path).has_parent_path() ? path : "./" + path;
-    if (!SplitDatasetPath(located, workspacePath, datasetName))
-        throw Fault(fault::NotFound, "tessarine",
-                    "not a dataset path (a.shp, file.gdb/Class, file.gpkg/layer)");
-    std::error_code error;
-    if (!fs::exists(workspacePath.empty() ? "." : workspacePath, error))
-        throw Fault(fault::NotFound, "tessarine", "no such file or folder " + Quoted(workspacePath));
-    auto factory = WorkspaceFactoryForPath(workspacePath.empty() ? "." : workspacePath);
-    if (!factory)
-        throw Fault(fault::NotFound, "tessarine", Quoted(workspacePath) + " holds no datasets");
-    auto workspace = std::dynamic_pointer_cast<IFeatureWorkspace>(factory->OpenFromFile(
-        workspacePath.empty() ? "." : workspacePath, 0));
-    if (!workspace)
-        throw Fault(fault::NotFound, "tessarine", Quoted(workspacePath) + " holds no feature classes");
     auto layer = std::make_shared<FeatureLayer>();
-    layer->FeatureClass(workspace->OpenFeatureClass(datasetName));
+    layer->FeatureClass(OpenFeatureClassAtPath(located));
     return layer;
 }
 

@@ -8,6 +8,7 @@
 #include "platform/carto/Layers.h"
 #include "platform/carto/Map.h"
 #include "platform/data/Field.h"
+#include "platform/data/WorkspaceFactories.h"
 #include "platform/ui/Form.h"
 
 namespace tess::cli {
@@ -33,6 +34,26 @@ const Storage* StorageOf(const fs::path& path) {
         if (extension == storage.extension)
             return &storage;
     return nullptr;
+}
+
+// A GeoPackage is one file, as a shapefile is: a new class in one that is not there yet makes it,
+// in a folder that is.
+// Answers what went wrong; empty when all is well.
+std::string MakeMissingGeoPackage(const std::string& outputPath) {
+    const fs::path location = fs::path(outputPath).parent_path();
+    const Storage* storage = StorageOf(location);
+    if (!storage || std::string_view(storage->extension) != ".gpkg" || location.filename().empty())
+        return {};
+    std::error_code error;
+    const fs::path folder = location.has_parent_path() ? location.parent_path() : fs::path(".");
+    if (fs::exists(location, error) || !fs::is_directory(folder, error))
+        return {};
+    try {
+        GeoPackageWorkspaceFactory().Create(folder.string(), location.filename().string());
+    } catch (const std::exception& caught) {
+        return "cannot make the GeoPackage " + Quoted(location.string()) + ": " + caught.what();
+    }
+    return {};
 }
 
 std::string Join(const std::vector<std::string>& items) {
@@ -157,13 +178,19 @@ private:
     bool ChooseOutput(Form& form) {
         if (options_.output.empty())
             return true; // the dialog's proposal
-        if (std::optional<BrowseResult> location = OutputLocation(options_.output)) {
+        // A bare name is a class of the current folder, whatever its kind.
+        const std::string target = fs::path(options_.output).has_parent_path()
+                                       ? options_.output
+                                       : (fs::current_path() / options_.output).string();
+        if (const std::string problem = MakeMissingGeoPackage(target); !problem.empty())
+            return Refuse(problem);
+        if (std::optional<BrowseResult> location = OutputLocation(target)) {
             ui_.QueueBrowse(*location);
             form.Fire("cmdGetWorkspace", FormEvent::Click);
             return true;
         }
         Control& output = form.Ctl("txtOutput");
-        output.Text = options_.output;
+        output.Text = target;
         form.Fire("txtOutput", FormEvent::Change);
         return true;
     }

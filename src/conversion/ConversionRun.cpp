@@ -9,6 +9,7 @@
 #include "platform/carto/FeatureLayer.h"
 #include "platform/carto/Map.h"
 #include "platform/data/Cursor.h"
+#include "platform/data/DataNotes.h"
 #include "platform/data/Dataset.h"
 #include "platform/data/Field.h"
 #include "platform/data/Row.h"
@@ -24,6 +25,7 @@
 #include "platform/system/DateTime.h"
 #include "platform/system/Fault.h"
 #include "platform/ui/UIServices.h"
+#include "support/DataNotesReport.h"
 #include "support/Format.h"
 #include "support/ModelessFrame.h"
 #include "support/MyGeneralOperations.h"
@@ -97,6 +99,8 @@ ConversionRun::~ConversionRun() = default;
 std::string ConversionRun::Execute(const ConversionRequest& request) {
     request_ = request;
     clock_ = request.clock ? request.clock : SystemClock();
+    // The engine's warnings of this run are the ones its report lists.
+    ClearDataNotes();
     try {
         MarkLine();
         OpenInput();
@@ -409,6 +413,7 @@ std::string ConversionRun::SuccessReport() {
     report += std::string(kRule) + crlf;
     if (ReportsSkippedFeatures())
         report += std::string(kReportProbReport) + crlf;
+    report += DataNotesRtf(DataNotes());
     report += R"(\pard\qc TimeSpentString\par)" + crlf;
     report += "}";
 
@@ -443,6 +448,7 @@ std::string ConversionRun::StopReport() const {
                          "Partial output saved to " + request_.outputPath + R"(\par)" + crlf;
     if (skipped_)
         report += SkippedBlock();
+    report += DataNotesRtf(DataNotes());
     report += "}";
     return report;
 }
@@ -455,7 +461,7 @@ std::string ConversionRun::FailureReport(std::int32_t number, const std::string&
            R"(\par)" + crlf + "Line Number = " + std::to_string(line_) + R"(\par)" + crlf + "Error " +
            std::to_string(number) + ":  " + description + R"(\par)" + crlf +
            R"(----------------------------------------------------------\par)" + crlf + "Analyzing Record #" +
-           std::to_string(inputCounter_) + R"(\par)" + crlf + "}";
+           std::to_string(inputCounter_) + R"(\par)" + crlf + DataNotesRtf(DataNotes()) + "}";
 }
 
 } // namespace tess

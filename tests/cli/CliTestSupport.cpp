@@ -10,6 +10,8 @@
 #include <atomic>
 #include <cctype>
 #include <cstring>
+#include <fstream>
+#include <sstream>
 #include <stdexcept>
 
 #include "CommandRun.h"
@@ -20,7 +22,13 @@
 #include "platform/data/QueryFilter.h"
 #include "platform/data/Row.h"
 #include "platform/data/Table.h"
+#include "platform/data/Workspace.h"
+#include "platform/data/WorkspaceFactories.h"
 #include "platform/geometry/Geometry.h"
+#include "platform/geometry/Path.h"
+#include "platform/geometry/Polyline.h"
+#include "platform/srs/SpatialReference.h"
+#include "platform/srs/SpatialReferenceEnvironment.h"
 #include "platform/system/Variant.h"
 
 extern char** environ;
@@ -146,6 +154,53 @@ void CopyDemoData(const fs::path& folder) {
     fs::create_directories(data);
     fs::copy_file(fs::path(TESS_SOURCE_DATA_DIR) / "demo.map.json", data / "demo.map.json");
     fs::copy(TESS_DEMO_DATASETS_DIR, data / "demo", fs::copy_options::recursive);
+}
+
+void MakeLongLines(const std::string& folder, int features, int verticesEach) {
+    auto workspace = std::dynamic_pointer_cast<IFeatureWorkspace>(ShapefileWorkspaceFactory().OpenFromFile(folder, 0));
+    auto fields = std::make_shared<Fields>();
+    auto def = std::make_shared<GeometryDef>();
+    def->GeometryType(esriGeometryPolyline);
+    def->SpatialReference(SpatialReferenceEnvironment().CreateGeographicCoordinateSystem(4326));
+    auto shape = std::make_shared<Field>();
+    shape->Name("Shape");
+    shape->Type(esriFieldTypeGeometry);
+    shape->GeometryDef(def);
+    fields->AddField(shape);
+    auto featureClass = workspace->CreateFeatureClass("long_lines", fields, nullptr, nullptr, esriFTSimple, "Shape", "");
+    auto cursor = featureClass->Insert(true);
+    auto buffer = featureClass->CreateFeatureBuffer();
+    constexpr double kStep = 1e-4; // degrees between vertices
+    for (int f = 0; f < features; ++f) {
+        std::vector<WKSPoint> points(static_cast<std::size_t>(verticesEach));
+        for (int v = 0; v < verticesEach; ++v)
+            points[static_cast<std::size_t>(v)] = {v * kStep, f * kStep};
+        auto path = std::make_shared<Path>();
+        path->AddWKSPoints(verticesEach, points.data());
+        auto line = std::make_shared<Polyline>();
+        line->AddPart(path);
+        buffer->Shape(line);
+        cursor->InsertFeature(*buffer);
+    }
+    cursor->Flush();
+}
+
+std::map<std::string, std::string> Snapshot(const fs::path& path) {
+    const auto contents = [](const fs::path& file) {
+        std::ifstream in(file, std::ios::binary);
+        std::ostringstream out;
+        out << in.rdbuf();
+        return out.str();
+    };
+    std::map<std::string, std::string> files;
+    if (fs::is_regular_file(path)) {
+        files[path.filename().string()] = contents(path);
+        return files;
+    }
+    for (const auto& entry : fs::recursive_directory_iterator(path))
+        if (entry.is_regular_file())
+            files[fs::relative(entry.path(), path).string()] = contents(entry.path());
+    return files;
 }
 
 std::shared_ptr<IFeatureClass> OpenClass(const std::string& datasetPath) {

@@ -66,6 +66,12 @@ ProcessResult RunTessarine(const std::vector<std::string>& args, const std::file
 //! Copies the demo document and datasets into folder/data (demo.map.json and data/demo/...).
 void CopyDemoData(const std::filesystem::path& folder);
 
+//! A polyline shapefile long_lines.shp in folder: `features` lines of `verticesEach` vertices each.
+void MakeLongLines(const std::string& folder, int features, int verticesEach);
+
+//! The bytes of every file under path (or of the file itself), by path relative to it.
+std::map<std::string, std::string> Snapshot(const std::filesystem::path& path);
+
 //! One feature of a dataset as the tests compare them.
 struct FeatureRecord {
     std::int32_t oid = 0;

@@ -213,36 +213,6 @@ TEST_F(Vertices, ExistingOutputIsOnlyReplacedWhenTheUserSaysYes) {
     EXPECT_EQ(replaced.exitCode, 0) << replaced.err;
 }
 
-//! A polyline shapefile of `features` lines of `verticesEach` vertices each.
-void MakeLongLines(const std::string& folder, int features, int verticesEach) {
-    auto workspace = std::dynamic_pointer_cast<IFeatureWorkspace>(ShapefileWorkspaceFactory().OpenFromFile(folder, 0));
-    auto fields = std::make_shared<Fields>();
-    auto def = std::make_shared<GeometryDef>();
-    def->GeometryType(esriGeometryPolyline);
-    def->SpatialReference(SpatialReferenceEnvironment().CreateGeographicCoordinateSystem(4326));
-    auto shape = std::make_shared<Field>();
-    shape->Name("Shape");
-    shape->Type(esriFieldTypeGeometry);
-    shape->GeometryDef(def);
-    fields->AddField(shape);
-    auto featureClass = workspace->CreateFeatureClass("long_lines", fields, nullptr, nullptr, esriFTSimple, "Shape", "");
-    auto cursor = featureClass->Insert(true);
-    auto buffer = featureClass->CreateFeatureBuffer();
-    constexpr double kStep = 1e-4; // degrees between vertices
-    for (int f = 0; f < features; ++f) {
-        std::vector<WKSPoint> points(static_cast<std::size_t>(verticesEach));
-        for (int v = 0; v < verticesEach; ++v)
-            points[static_cast<std::size_t>(v)] = {v * kStep, f * kStep};
-        auto path = std::make_shared<Path>();
-        path->AddWKSPoints(verticesEach, points.data());
-        auto line = std::make_shared<Polyline>();
-        line->AddPart(path);
-        buffer->Shape(line);
-        cursor->InsertFeature(*buffer);
-    }
-    cursor->Flush();
-}
-
 TEST_F(Vertices, CtrlCStopsWithExitCodeThreeAndKeepsAReadablePartialOutput) {
     // Large enough for the progress window (over 500 features) and for several seconds of work.
     constexpr int kFeatures = 2000;

@@ -86,6 +86,7 @@ void FeatureLayer::FeatureClass(const std::shared_ptr<IFeatureClass>& featureCla
     kept_ = {};
     if (!featureClass) {
         featureClass_.reset();
+        hold_.Release();
         selection_.reset();
         return;
     }
@@ -99,8 +100,11 @@ void FeatureLayer::FeatureClass(const std::shared_ptr<IFeatureClass>& featureCla
 void FeatureLayer::Attach(const std::shared_ptr<IFeatureClass>& featureClass) {
     featureClass_ = featureClass;
     selection_.reset();
-    if (auto* dataset = dynamic_cast<const IDataset*>(featureClass.get()))
+    hold_.Release();
+    if (auto* dataset = dynamic_cast<const IDataset*>(featureClass.get())) {
         source_.sourceType = dataset->Category();
+        hold_ = HoldDataset(*dataset, [this] { return "the layer '" + name_ + "' of the map"; });
+    }
     if (!renderer_) {
         auto renderer = std::make_shared<SimpleRenderer>();
         renderer->Symbol(DefaultSymbol(featureClass->ShapeType()));
@@ -273,6 +277,7 @@ std::shared_ptr<IEnvelope> FeatureLayer::Extent() const {
 void FeatureLayer::DataSource(const DataSourceInfo& source) {
     source_ = source;
     featureClass_.reset();
+    hold_.Release();
     selection_.reset();
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/carto/Layers.h"
+#include "platform/data/DatasetUse.h"
 #include "platform/data/Table.h" // IGeoDataset
 
 namespace tess {
@@ -100,6 +101,7 @@ private:
     bool visible_ = true;
     bool selectable_ = true;
     std::shared_ptr<IFeatureClass> featureClass_;
+    DatasetHold hold_; //!< what the layer shows cannot be deleted under it
     std::shared_ptr<IFeatureRenderer> renderer_;
     mutable std::shared_ptr<ISelectionSet> selection_;
     DataSourceInfo source_;

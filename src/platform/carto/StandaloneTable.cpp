@@ -10,10 +10,13 @@ namespace tess {
 
 void StandaloneTable::Table(const std::shared_ptr<ITable>& table) {
     table_ = table;
+    hold_.Release();
     if (!table)
         return;
-    if (auto* dataset = dynamic_cast<const IDataset*>(table.get()))
+    if (auto* dataset = dynamic_cast<const IDataset*>(table.get())) {
         source_ = detail::DescribeDataset(*dataset);
+        hold_ = HoldDataset(*dataset, [this] { return "the table '" + name_ + "' of the map"; });
+    }
     if (name_.empty())
         name_ = table->AliasName();
 }
@@ -21,6 +24,7 @@ void StandaloneTable::Table(const std::shared_ptr<ITable>& table) {
 void StandaloneTable::DataSource(const DataSourceInfo& source) {
     source_ = source;
     table_.reset();
+    hold_.Release();
 }
 
 bool StandaloneTable::Connect(const std::string& resolveFrom) {
@@ -32,8 +36,10 @@ bool StandaloneTable::Connect(const std::string& resolveFrom) {
     } catch (const Fault&) {
         return false;
     }
-    if (auto* dataset = dynamic_cast<const IDataset*>(table_.get()))
+    if (auto* dataset = dynamic_cast<const IDataset*>(table_.get())) {
         source_.sourceType = dataset->Category();
+        hold_ = HoldDataset(*dataset, [this] { return "the table '" + name_ + "' of the map"; });
+    }
     return table_ != nullptr;
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/carto/Layers.h"
+#include "platform/data/DatasetUse.h"
 
 namespace tess {
 
@@ -25,6 +26,7 @@ public:
 private:
     std::string name_;
     std::shared_ptr<ITable> table_;
+    DatasetHold hold_; //!< what the table shows cannot be deleted under it
     DataSourceInfo source_;
 };
 

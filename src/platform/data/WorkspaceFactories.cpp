@@ -4,6 +4,7 @@
 #include <cctype>
 #include <filesystem>
 
+#include "platform/data/Table.h"
 #include "platform/data/detail/OgrAccess.h"
 #include "platform/data/detail/WorkspaceImpl.h"
 #include "platform/system/Fault.h"
@@ -210,6 +211,53 @@ std::string GeoPackageWorkspaceFactory::WorkspaceDescription(bool plural) const 
     return plural ? "GeoPackages" : "GeoPackage";
 }
 
+// ---------------------------------------------------------------- other vector files
+
+namespace {
+
+// Files that belong to the kinds above, or to a shapefile, are never vector file workspaces.
+bool OwnKindOfFile(const std::string& p) {
+    for (const char* ext : {".shp", ".shx", ".dbf", ".prj", ".cpg", ".gpkg", ".mdb"})
+        if (EndsWithNoCase(p, ext))
+            return true;
+    return false;
+}
+
+bool IsVectorFile(const std::string& p) {
+    return IsFile(p) && !OwnKindOfFile(p) && !data::OgrDataset::IdentifyVectorFormat(p).empty();
+}
+
+} // namespace
+
+std::shared_ptr<IWorkspace> VectorFileWorkspaceFactory::OpenFromFile(const std::string& path, std::intptr_t) {
+    const std::string p = NormalizePath(path);
+    if (!IsWorkspace(p))
+        Missing(p, "a file of vector data that this system reads");
+    return WorkspaceImpl::Open(p, OgrDriver::Vector, std::make_shared<VectorFileWorkspaceFactory>());
+}
+
+bool VectorFileWorkspaceFactory::IsWorkspace(const std::string& path) const { return IsVectorFile(NormalizePath(path)); }
+
+bool VectorFileWorkspaceFactory::ContainsWorkspace(const std::string& parentDirectory) const {
+    std::error_code ec;
+    for (const auto& entry : fs::directory_iterator(NormalizePath(parentDirectory), ec))
+        if (IsVectorFile(entry.path().string()))
+            return true;
+    return false;
+}
+
+std::shared_ptr<IWorkspace> VectorFileWorkspaceFactory::Create(const std::string& parentDirectory,
+                                                              const std::string& name) {
+    throw Fault(fault::InvalidCall, kSource,
+                "'" + name + "' cannot be created in '" + NormalizePath(parentDirectory) +
+                    "': files of this kind are read as input only; write shapefiles, file geodatabases or "
+                    "GeoPackages");
+}
+
+std::string VectorFileWorkspaceFactory::WorkspaceDescription(bool plural) const {
+    return plural ? "Vector Files" : "Vector File";
+}
+
 // ---------------------------------------------------------------- by path
 
 std::shared_ptr<IWorkspaceFactory2> WorkspaceFactoryForPath(const std::string& path) {
@@ -225,6 +273,8 @@ std::shared_ptr<IWorkspaceFactory2> WorkspaceFactoryForPath(const std::string& p
         return std::make_shared<GeoPackageWorkspaceFactory>();
     if (IsDir(NormalizePath(p)))
         return std::make_shared<ShapefileWorkspaceFactory>();
+    if (IsVectorFile(NormalizePath(p)))
+        return std::make_shared<VectorFileWorkspaceFactory>();
     return nullptr;
 }
 
@@ -251,7 +301,10 @@ bool SplitDatasetPath(const std::string& path, std::string& workspacePath, std::
     };
     for (std::size_t i = parts.size(); i-- > 0;) {
         const std::string& part = parts[i];
-        if (EndsWithNoCase(part, ".gdb") || EndsWithNoCase(part, ".gpkg") || EndsWithNoCase(part, ".mdb")) {
+        const bool container = EndsWithNoCase(part, ".gdb") || EndsWithNoCase(part, ".gpkg") ||
+                               EndsWithNoCase(part, ".mdb") ||
+                               (i + 1 < parts.size() && IsVectorFile(NormalizePath(join(i + 1))));
+        if (container) {
             if (i + 1 >= parts.size())
                 return false;
             workspacePath = join(i + 1);
@@ -267,6 +320,49 @@ bool SplitDatasetPath(const std::string& path, std::string& workspacePath, std::
     workspacePath = join(parts.size() - 1);
     datasetName = name;
     return true;
+}
+
+std::shared_ptr<IFeatureClass> OpenFeatureClassAtPath(const std::string& path) {
+    std::string workspacePath;
+    std::string name;
+    std::string container = path;
+    std::replace(container.begin(), container.end(), '\\', '/');
+    while (container.size() > 1 && container.back() == '/')
+        container.pop_back();
+    const std::string normal = NormalizePath(container);
+    const bool alone = (IsFile(normal) && !OwnKindOfFile(normal)) || EndsWithNoCase(normal, ".gpkg") ||
+                       EndsWithNoCase(normal, ".gdb") || EndsWithNoCase(normal, ".mdb");
+    if (alone) {
+        workspacePath = container;
+    } else if (!SplitDatasetPath(path, workspacePath, name)) {
+        throw Fault(fault::NotFound, kSource,
+                    "'" + path + "' names no dataset (write a.shp, file.gdb/Class, file.gpkg/Layer or a file of "
+                    "vector data)");
+    }
+    const std::string where = workspacePath.empty() ? std::string(".") : workspacePath;
+    if (!fs::exists(NormalizePath(where)))
+        throw Fault(fault::NotFound, kSource, "'" + where + "' does not exist");
+    auto factory = WorkspaceFactoryForPath(where);
+    if (!factory)
+        throw Fault(fault::NotFound, kSource, "'" + where + "' holds no data that this system reads");
+    auto workspace = std::dynamic_pointer_cast<IFeatureWorkspace>(factory->OpenFromFile(where, 0));
+    if (!workspace)
+        throw Fault(fault::NotFound, kSource, "'" + where + "' holds no feature classes");
+    if (name.empty()) {
+        const std::vector<std::string> classes =
+            std::dynamic_pointer_cast<IWorkspace>(workspace)->DatasetNames(esriDTFeatureClass);
+        if (classes.size() != 1) {
+            std::string list;
+            for (const std::string& c : classes)
+                list += (list.empty() ? "" : ", ") + c;
+            throw Fault(fault::NotFound, kSource,
+                        classes.empty() ? "'" + where + "' holds no feature classes"
+                                        : "'" + where + "' holds several feature classes; name one as " + where +
+                                              "/NAME: " + list);
+        }
+        name = classes.front();
+    }
+    return workspace->OpenFeatureClass(name);
 }
 
 } // namespace tess

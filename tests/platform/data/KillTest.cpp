@@ -126,16 +126,18 @@ TEST_P(KillTest, DatasetOpensAndReadsWholeAfterAKill) {
         ASSERT_TRUE(p);
         ASSERT_EQ(p->X(), n);
         ASSERT_EQ(p->Y(), v); // shape and attributes changed together
-        if (hasNew)
+        if (hasNew) {
             ASSERT_EQ(f->Value(fc->FindField("NEWF")).ToDouble(), v == kNew ? 0.5 : 0.0) << n;
+        }
         newRows += v == kNew;
         ++n;
     }
     EXPECT_EQ(n, Rows());
     EXPECT_TRUE(newRows == 0 || newRows == n) << newRows << " of " << n << " rows changed";
     EXPECT_EQ(hasNew, newRows == n);
-    if (c.expected != -1)
+    if (c.expected != -1) {
         EXPECT_EQ(newRows == n ? kNew : kOld, c.expected);
+    }
     // Nothing of the interrupted change is left behind.
     for (const auto& entry : fs::directory_iterator(std::dynamic_pointer_cast<IWorkspace>(ws)->PathName()))
         EXPECT_EQ(entry.path().filename().string().find(".tess-staging"), std::string::npos) << entry.path();

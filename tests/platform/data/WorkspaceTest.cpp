@@ -333,8 +333,9 @@ TEST(FileGeodatabase, ChangingOneClassLeavesTheFilesOfOthersAsTheyWere) {
     int changed = 0;
     for (const auto& [name, content] : before) {
         // Table files of the second class are a0000000b.* (the class made second).
-        if (name.rfind("a0000000b.", 0) == 0)
+        if (name.rfind("a0000000b.", 0) == 0) {
             EXPECT_EQ(after[name], content) << name;
+        }
         changed += after[name] != content;
     }
     EXPECT_GT(changed, 0);

@@ -51,6 +51,7 @@ bool IsUnknown(const std::shared_ptr<ISpatialReference>& sr) {
 CursorImpl::CursorImpl(std::shared_ptr<TableImpl> table, CursorMode mode, const std::shared_ptr<IQueryFilter>& filter,
                        bool recycling, std::shared_ptr<const std::vector<std::int32_t>> ids)
     : table_(std::move(table)), mode_(mode), recycling_(recycling), ids_(std::move(ids)) {
+    hold_ = HoldDataset(*table_, [] { return std::string("an open cursor"); });
     const auto& ws = table_->Owner();
     if (mode_ != CursorMode::Search) {
         ticket_ = ws->Acquire();
@@ -72,6 +73,7 @@ CursorImpl::~CursorImpl() {
     writer_.reset();
     recycled_.reset();
     ticket_.Release();
+    hold_.Release();
 }
 
 void CursorImpl::Prepare(const std::shared_ptr<IQueryFilter>& filter) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/data/Cursor.h"
+#include "platform/data/DatasetUse.h"
 #include "platform/data/detail/OgrAccess.h"
 #include "platform/data/detail/WorkspaceImpl.h"
 #include "platform/geometry/GeometryTypes.h"
@@ -79,6 +80,7 @@ private:
     std::shared_ptr<IGeometry> relationShape_;
     WKSEnvelope filterBox_{0.0, 0.0, 0.0, 0.0};
 
+    DatasetHold hold_; //!< the table cannot be deleted under the cursor
     WriteTicket ticket_;
     std::shared_ptr<OgrLayer> writer_;
     LayerLease iter_;

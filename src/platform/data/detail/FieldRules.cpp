@@ -182,11 +182,27 @@ HostField HostFieldOf(const OgrFieldSpec& spec, OgrDriver driver) {
     return h;
 }
 
+namespace {
+
+//! At most bytes of the UTF-8 text, never half a character.
+std::string CutUtf8(const std::string& text, std::size_t bytes) {
+    std::size_t cut = std::min(text.size(), bytes);
+    while (cut > 0 && cut < text.size() && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80)
+        --cut;
+    return text.substr(0, cut);
+}
+
+} // namespace
+
 std::string DbaseFieldName(const std::string& name, const std::vector<std::string>& taken) {
-    std::string clean = name.substr(0, std::min(name.size(), kDbaseNameLength));
-    for (char& c : clean)
-        if (!std::isalnum(static_cast<unsigned char>(c)) && c != '_')
+    // The table is UTF-8: letters of any script stay, a name is cut at 10 bytes on a character's
+    // boundary, and only ASCII punctuation and blanks become underscores.
+    std::string clean = CutUtf8(name, kDbaseNameLength);
+    for (char& c : clean) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x80 && !std::isalnum(byte) && c != '_')
             c = '_';
+    }
     if (clean.empty())
         clean = "Field";
     auto isTaken = [&](const std::string& candidate) {
@@ -195,7 +211,7 @@ std::string DbaseFieldName(const std::string& name, const std::vector<std::strin
     std::string candidate = clean;
     for (int k = 1; isTaken(candidate); ++k) {
         const std::string suffix = "_" + std::to_string(k);
-        candidate = clean.substr(0, std::min(clean.size(), kDbaseNameLength - suffix.size())) + suffix;
+        candidate = CutUtf8(clean, kDbaseNameLength - suffix.size()) + suffix;
     }
     return candidate;
 }

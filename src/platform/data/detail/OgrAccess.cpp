@@ -7,8 +7,10 @@
 #include <ogrsf_frmts.h>
 
 #include <cmath>
+#include <cstring>
 #include <mutex>
 
+#include "platform/data/DataNotes.h"
 #include "platform/system/DateTime.h"
 #include "platform/system/Fault.h"
 
@@ -20,8 +22,29 @@ constexpr const char* kSource = "tess.data";
 static_assert(sizeof(WKSPoint) == sizeof(OGRRawPoint) && alignof(WKSPoint) == alignof(OGRRawPoint),
               "vertex records are handed to the engine as they are");
 
+// What the engine said during the current operation of this thread. A few are enough to tell
+// the user; a damaged file can give one per record.
+constexpr std::size_t kMaxMessages = 16;
+struct EngineMessage {
+    bool failure = false;
+    std::string text;
+};
+thread_local std::vector<EngineMessage> t_messages;
+
+// Rings read as stored (see EnsureEngine) make the engine say so of every polygon with holes;
+// that is the reading asked for, not a problem of the data.
+bool AskedFor(const char* text) {
+    return text && std::strstr(text, "All polygons will be contained in a multipolygon") != nullptr;
+}
+
+void CPL_STDCALL CollectMessage(CPLErr kind, CPLErrorNum, const char* text) {
+    if (kind < CE_Warning || t_messages.size() >= kMaxMessages || (kind == CE_Warning && AskedFor(text)))
+        return;
+    t_messages.push_back({kind >= CE_Failure, text ? text : ""});
+}
+
 // Registers the drivers once, and for each thread that touches data: keeps the engine's
-// messages off the terminal (they travel in Faults instead), reads polygon rings as stored
+// messages off the terminal (they travel in Faults and notes instead), reads polygon rings as stored
 // (one polygon per ring, in file order, orientation untouched) and writes shapefile rings as
 // given, since our shapes already follow the host's ring order and orientation.
 void EnsureEngine() {
@@ -29,12 +52,32 @@ void EnsureEngine() {
     std::call_once(once, [] { GDALAllRegister(); });
     thread_local bool configured = false;
     if (!configured) {
-        CPLPushErrorHandler(CPLQuietErrorHandler);
+        CPLPushErrorHandler(CollectMessage);
         CPLSetThreadLocalConfigOption("OGR_ORGANIZE_POLYGONS", "SKIP");
         CPLSetThreadLocalConfigOption("SHAPE_REWIND_ON_WRITE", "NO");
         configured = true;
     }
     CPLErrorReset();
+    t_messages.clear();
+}
+
+// After a read: a failure the engine reported ends the read with its words, even when it went on
+// and handed over a record (a shapefile whose shape cannot be read gives the record without it);
+// warnings are noted against the dataset.
+void CheckRead(const std::string& what, const std::string& dataset) {
+    std::string failures;
+    for (const EngineMessage& m : t_messages) {
+        if (!m.failure)
+            continue;
+        if (!failures.empty())
+            failures += "; ";
+        failures += m.text;
+    }
+    if (!failures.empty())
+        throw Fault(fault::DataFailed, kSource, what + " (" + failures + ")");
+    for (const EngineMessage& m : t_messages)
+        AddDataNote(dataset, m.text);
+    t_messages.clear();
 }
 
 [[noreturn]] void Fail(const std::string& what, std::int32_t number = fault::DataFailed) {
@@ -52,6 +95,8 @@ const char* DriverName(OgrDriver driver) {
         return "GPKG";
     case OgrDriver::PersonalGDB:
         return "PGeo";
+    case OgrDriver::Vector:
+        break; // whichever reads the file
     }
     return "";
 }
@@ -278,10 +323,24 @@ std::shared_ptr<OgrDataset> OgrDataset::Open(const std::string& path, OgrDriver 
     EnsureEngine();
     const char* drivers[] = {DriverName(driver), nullptr};
     const unsigned flags = GDAL_OF_VECTOR | (update ? GDAL_OF_UPDATE : GDAL_OF_READONLY) | GDAL_OF_VERBOSE_ERROR;
-    GDALDatasetH h = GDALOpenEx(path.c_str(), flags, drivers, nullptr, nullptr);
+    GDALDatasetH h =
+        GDALOpenEx(path.c_str(), flags, driver == OgrDriver::Vector ? nullptr : drivers, nullptr, nullptr);
     if (!h)
         Fail("Cannot open '" + path + "'");
     return std::shared_ptr<OgrDataset>(new OgrDataset(h, path, driver, update));
+}
+
+std::string OgrDataset::IdentifyVectorFormat(const std::string& path) {
+    EnsureEngine();
+    GDALDriverH driver = GDALIdentifyDriverEx(path.c_str(), GDAL_OF_VECTOR, nullptr, nullptr);
+    CPLErrorReset();
+    t_messages.clear();
+    return driver ? GDALGetDescription(driver) : std::string();
+}
+
+std::string OgrDataset::FormatName() const {
+    GDALDriver* driver = Ds(handle_) ? Ds(handle_)->GetDriver() : nullptr;
+    return driver ? driver->GetDescription() : std::string();
 }
 
 std::shared_ptr<OgrDataset> OgrDataset::Create(const std::string& path, OgrDriver driver) {
@@ -702,20 +761,28 @@ bool OgrLayer::Next(OgrRecord& record, bool wantShape) {
     EnsureEngine();
     std::unique_ptr<OGRFeature> f(Ly(Checked())->GetNextFeature());
     if (!f) {
+        CheckRead("Cannot read '" + Name() + "' in '" + owner_->Path() + "'", owner_->Path());
         if (CPLGetLastErrorType() >= CE_Failure)
             Fail("Cannot read '" + Name() + "' in '" + owner_->Path() + "'");
         return false;
     }
     ReadRecord(*f, kinds_, record, wantShape);
+    CheckRead("Cannot read record " + std::to_string(record.fid) + " of '" + Name() + "' in '" + owner_->Path() + "'",
+              owner_->Path());
     return true;
 }
 
 bool OgrLayer::Get(std::int64_t fid, OgrRecord& record, bool wantShape) {
     EnsureEngine();
     std::unique_ptr<OGRFeature> f(Ly(Checked())->GetFeature(fid));
-    if (!f)
+    const std::string what = "Cannot read record " + std::to_string(fid) + " of '" + Name() + "' in '" +
+                             owner_->Path() + "'";
+    if (!f) {
+        CheckRead(what, owner_->Path());
         return false;
+    }
     ReadRecord(*f, kinds_, record, wantShape);
+    CheckRead(what, owner_->Path());
     return true;
 }
 

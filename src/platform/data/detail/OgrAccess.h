@@ -15,7 +15,9 @@
 
 namespace tess::data {
 
-enum class OgrDriver : std::uint8_t { Shapefile, FileGDB, GeoPackage, PersonalGDB };
+//! The kinds of storage. Vector is any other vector format the engine reads (GeoJSON, FlatGeobuf,
+//! KML, GML, CSV with geometry...), read-only.
+enum class OgrDriver : std::uint8_t { Shapefile, FileGDB, GeoPackage, PersonalGDB, Vector };
 
 //! Storage types of fields as the engine reports them.
 enum class OgrFieldKind : std::uint8_t { Int16, Int32, Int64, Float32, Float64, String, Date, DateTime, Other };
@@ -48,6 +50,11 @@ public:
     static std::shared_ptr<OgrDataset> Create(const std::string& path, OgrDriver driver);
     //! Whether the engine has a driver for the kind at all (the MDB one needs ODBC support).
     static bool DriverAvailable(OgrDriver driver);
+    //! The engine's short name of the format of a file it can read as vector data ("GeoJSON",
+    //! "FlatGeobuf", "KML"...); empty when it reads none.
+    static std::string IdentifyVectorFormat(const std::string& path);
+    //! The engine's short name of this dataset's format.
+    std::string FormatName() const;
 
     ~OgrDataset();
     OgrDataset(const OgrDataset&) = delete;

@@ -4,12 +4,14 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <cstdio>
 #include <filesystem>
 #include <mutex>
 
 #include "platform/data/Field.h"
 #include "platform/data/Fields.h"
+#include "platform/data/detail/DatasetUse.h"
 #include "platform/data/detail/FeatureDatasetImpl.h"
 #include "platform/data/detail/FieldRules.h"
 #include "platform/data/detail/Staging.h"
@@ -63,6 +65,14 @@ std::string StagingName(OgrDriver driver) {
 
 bool IsUnknown(const std::shared_ptr<ISpatialReference>& sr) {
     return !sr || std::dynamic_pointer_cast<IUnknownCoordinateSystem>(sr) != nullptr;
+}
+
+// The shortest text that reads back as the same double: a tolerance of 8.98e-9 degrees must not
+// become "0.000000".
+std::string RoundTrip(double value) {
+    char buffer[32];
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+    return std::string(buffer, result.ptr);
 }
 
 std::string TableFilePrefix(std::int64_t number) {
@@ -246,6 +256,10 @@ std::shared_ptr<WorkspaceImpl> WorkspaceImpl::Open(const std::string& path, OgrD
                             "': it needs an MDB driver for ODBC, and this system has none that can read it (" +
                             f.Description() + ")");
         }
+        break;
+    case OgrDriver::Vector:
+        ws->readOnly_ = true;
+        ws->shared_ = OgrDataset::Open(path, driver, false);
         break;
     }
     cache[path] = ws;
@@ -525,7 +539,8 @@ std::shared_ptr<IFeatureClass> WorkspaceImpl::CreateClass(const std::string& nam
         const std::string file = session_->staging->Staged(n + (featureClass ? ".shp" : ".dbf"));
         auto ds = OgrDataset::Create(file, OgrDriver::Shapefile);
         // No reference for the engine: the .prj is ours, written below in the host's flavour.
-        auto layer = ds->CreateLayer(n, kind, "", {});
+        // Text is stored as UTF-8 and the .cpg says so, so that no character of any script is lost.
+        auto layer = ds->CreateLayer(n, kind, "", {{"ENCODING", "UTF-8"}});
         std::vector<std::string> taken;
         for (const auto& f : attributes) {
             OgrFieldSpec spec = StorageSpec(*f, OgrDriver::Shapefile);
@@ -562,10 +577,14 @@ std::shared_ptr<IFeatureClass> WorkspaceImpl::CreateClass(const std::string& nam
         if (gdb && featureClass && sr) {
             double falseX = 0.0, falseY = 0.0, units = 0.0;
             sr->GetFalseOriginAndUnits(falseX, falseY, units);
-            options.emplace_back("XORIGIN", std::to_string(falseX));
-            options.emplace_back("YORIGIN", std::to_string(falseY));
-            options.emplace_back("XYSCALE", std::to_string(units));
-            options.emplace_back("XYTOLERANCE", std::to_string(sr->XYTolerance()));
+            options.emplace_back("XORIGIN", RoundTrip(falseX));
+            options.emplace_back("YORIGIN", RoundTrip(falseY));
+            // The scale is the reciprocal of the resolution; its last bits are noise of the division
+            // (1 / 1e-9 is 999999999.9999999), which would shift every stored coordinate off the grid.
+            char scale[32];
+            std::snprintf(scale, sizeof scale, "%.15g", units);
+            options.emplace_back("XYSCALE", scale);
+            options.emplace_back("XYTOLERANCE", RoundTrip(sr->XYTolerance()));
         }
         const std::string keyword = Lower(configKeyword);
         if (gdb && (keyword == "max_file_size_4gb" || keyword == "max_file_size_256tb" || keyword == "text_utf16"))
@@ -584,6 +603,7 @@ std::shared_ptr<IFeatureClass> WorkspaceImpl::CreateClass(const std::string& nam
         break;
     }
     case OgrDriver::PersonalGDB:
+    case OgrDriver::Vector:
         ReadOnlyFault("create '" + n + "'");
     }
     ticket.Release();
@@ -602,6 +622,8 @@ void WorkspaceImpl::DeleteClass(const std::string& name) {
     bool hasShape = false;
     if (!Locate(n, canonical, hasShape))
         throw Fault(fault::NotFound, kSource, "'" + n + "' was not found in '" + path_ + "'");
+    // Every overwrite of a class comes through here: what a map shows or a cursor reads stays.
+    CheckNotHeld(path_, canonical, ClassFullName(canonical, hasShape, FeatureDatasetOf(canonical)));
     WriteTicket ticket = Acquire();
     session_->changed = true;
     switch (driver_) {
@@ -634,6 +656,7 @@ void WorkspaceImpl::DeleteClass(const std::string& name) {
         Shared()->DeleteLayer(canonical);
         break;
     case OgrDriver::PersonalGDB:
+    case OgrDriver::Vector:
         ReadOnlyFault("delete '" + n + "'");
     }
     idle_.erase(canonical);
@@ -714,6 +737,8 @@ std::string WorkspaceImpl::ClassCategory(bool featureClass) const {
         return featureClass ? "File Geodatabase Feature Class" : "File Geodatabase Table";
     case OgrDriver::PersonalGDB:
         return featureClass ? "Personal Geodatabase Feature Class" : "Personal Geodatabase Table";
+    case OgrDriver::Vector:
+        return Shared()->FormatName() + (featureClass ? " Feature Class" : " Table");
     case OgrDriver::GeoPackage:
         return featureClass ? "GeoPackage Feature Class" : "GeoPackage Table";
     }
@@ -741,6 +766,8 @@ std::string WorkspaceImpl::Category() const {
         return "File Geodatabase";
     case OgrDriver::PersonalGDB:
         return "Personal Geodatabase";
+    case OgrDriver::Vector:
+        return Shared()->FormatName();
     case OgrDriver::GeoPackage:
         return "GeoPackage";
     }
@@ -872,6 +899,7 @@ void WorkspaceImpl::StartSession() {
         s->transaction = true;
         break;
     case OgrDriver::PersonalGDB:
+    case OgrDriver::Vector:
         ReadOnlyFault("write");
     }
     users_ = 0;
@@ -960,6 +988,7 @@ void WorkspaceImpl::JoinSession(const std::string& table) {
         break;
     }
     case OgrDriver::PersonalGDB:
+    case OgrDriver::Vector:
         ReadOnlyFault("change '" + table + "'");
     }
 }
@@ -1015,6 +1044,7 @@ std::shared_ptr<OgrLayer> WorkspaceImpl::OpenPooledReader(const std::string& tab
     }
     case OgrDriver::FileGDB:
     case OgrDriver::PersonalGDB:
+    case OgrDriver::Vector:
         if (!primaryOut_.count(table)) {
             layer = Shared()->Layer(table);
             if (layer)

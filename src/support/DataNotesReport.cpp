@@ -1,0 +1,45 @@
+#include "support/DataNotesReport.h"
+
+#include "platform/data/DataNotes.h"
+#include "support/ReportTemplates.h"
+
+namespace tess {
+namespace {
+
+// The engine's words and paths may hold the characters that RTF reserves.
+std::string RtfText(const std::string& text) {
+    std::string out;
+    out.reserve(text.size());
+    for (char c : text) {
+        if (c == '\\' || c == '{' || c == '}')
+            out += '\\';
+        out += c;
+    }
+    return out;
+}
+
+std::string Counted(const DataNote& note) {
+    return note.count == 1 ? std::string() : std::to_string(note.count) + " x ";
+}
+
+} // namespace
+
+std::string DataNotesRtf(const std::vector<DataNote>& notes) {
+    if (notes.empty())
+        return {};
+    const std::string crlf(kReportLineBreak);
+    std::string block = R"(\pard\b Warnings while reading:\b0\par)" + crlf;
+    for (const DataNote& note : notes)
+        block += "  " + RtfText(Counted(note) + note.text + "  (" + note.dataset + ")") + R"(\par)" + crlf;
+    block += R"(\b ---------------------------------------------\b0\par)" + crlf;
+    return block;
+}
+
+std::vector<std::string> DataNotesLines(const std::vector<DataNote>& notes) {
+    std::vector<std::string> lines;
+    for (const DataNote& note : notes)
+        lines.push_back(Counted(note) + "'" + note.text + "' reading " + note.dataset);
+    return lines;
+}
+
+} // namespace tess
