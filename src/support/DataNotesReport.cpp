@@ -38,7 +38,8 @@ std::string DataNotesRtf(const std::vector<DataNote>& notes) {
 std::vector<std::string> DataNotesLines(const std::vector<DataNote>& notes) {
     std::vector<std::string> lines;
     for (const DataNote& note : notes)
-        lines.push_back(Counted(note) + "'" + note.text + "' reading " + note.dataset);
+        lines.push_back(note.dataset + ": " + note.text +
+                        (note.count == 1 ? std::string() : " (" + std::to_string(note.count) + " times)"));
     return lines;
 }
 

@@ -11,7 +11,7 @@ struct DataNote;
 
 //! RTF paragraphs listing the notes with their counts; empty when there are none.
 std::string DataNotesRtf(const std::vector<DataNote>& notes);
-//! One line per note: "12 x 'text' reading /path".
+//! One line per note: "/path: text (12 times)".
 std::vector<std::string> DataNotesLines(const std::vector<DataNote>& notes);
 
 } // namespace tess

@@ -116,6 +116,20 @@ TEST_F(DataSafety, ABareOutputNameIsAClassOfTheCurrentFolder) {
     EXPECT_FALSE(ReadFeatures(Out("bare_vertices.shp")).empty());
 }
 
+TEST_F(DataSafety, InputsOfOtherFormatsAndANewGeoPackage) {
+    fs::copy_file(fs::path(TESS_SOURCE_DATA_DIR) / "src/trails.geojson", Out("trails.geojson"));
+    const ProcessResult fromGeoJson =
+        RunTessarine({"vertices", "--layer", "trails.geojson", "--output", "out.gpkg/trail_vertices", "--all-fields"},
+                     dir_.Path());
+    ASSERT_EQ(fromGeoJson.exitCode, 0) << fromGeoJson.out << fromGeoJson.err;
+    EXPECT_FALSE(ReadFeatures(Out("out.gpkg/trail_vertices")).empty());
+    // A GeoPackage alone names its only class.
+    const ProcessResult fromContainer =
+        RunTessarine({"vertices", "--layer", "out.gpkg", "--output", "again.shp"}, dir_.Path());
+    EXPECT_EQ(fromContainer.exitCode, 2) << "points are not what Shapes to Vertices takes: " << fromContainer.err;
+    EXPECT_EQ(fromContainer.err.find("holds several"), std::string::npos) << fromContainer.err;
+}
+
 TEST_F(DataSafety, ARunKilledInTheMiddleLeavesNothingHalfMadeAndRunsAgain) {
     constexpr int kFeatures = 2000;
     constexpr int kVerticesEach = 1000;

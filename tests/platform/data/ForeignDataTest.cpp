@@ -9,6 +9,7 @@
 
 #include "DataTestSupport.h"
 #include "platform/data/Cursor.h"
+#include "platform/data/DataNotes.h"
 #include "platform/data/Dataset.h"
 #include "platform/data/Field.h"
 #include "platform/data/Fields.h"
@@ -91,9 +92,10 @@ TEST(ShapefileText, AnyScriptSurvivesInValuesAndFieldNames) {
     EXPECT_TRUE(found);
 }
 
+// Lines and multi-lines mixed, as such files often have them: one polyline class.
 const char* const kRoads = R"({"type": "FeatureCollection", "features": [
  {"type": "Feature", "properties": {"name": "Ring road", "lanes": 4},
-  "geometry": {"type": "LineString", "coordinates": [[10, 45], [11, 45.5], [12, 45]]}},
+  "geometry": {"type": "MultiLineString", "coordinates": [[[10, 45], [11, 45.5]], [[11, 45.5], [12, 45]]]}},
  {"type": "Feature", "properties": {"name": "Via Ünterführung", "lanes": 2},
   "geometry": {"type": "LineString", "coordinates": [[10, 46], [10.5, 46.5]]}}]})";
 
@@ -124,6 +126,30 @@ TEST(VectorFiles, AreReadAsInputWithTheirFormatInTheCategoryAndRefuseChanges) {
     EXPECT_NE(FaultText([&] { roads->Update(nullptr, true); }), "(no fault)");
     EXPECT_NE(FaultText([&] { dynamic_cast<IDataset&>(*roads).Delete(); }), "(no fault)");
     EXPECT_EQ(Contents(file), before);
+}
+
+TEST(VectorFiles, MixedKindsGiveNoShapeTypeAndHugeIntegersAreNoted) {
+    TempDir dir;
+    const std::string mixed = dir / "mixed.geojson";
+    std::ofstream(mixed) << R"({"type": "FeatureCollection", "features": [
+ {"type": "Feature", "properties": {}, "geometry": {"type": "Point", "coordinates": [1, 2]}},
+ {"type": "Feature", "properties": {}, "geometry": {"type": "LineString", "coordinates": [[1, 2], [3, 4]]}}]})";
+    EXPECT_EQ(OpenFeatureClassAtPath(mixed)->ShapeType(), esriGeometryNull);
+
+    const std::string ids = dir / "ids.geojson";
+    std::ofstream(ids) << R"({"type": "FeatureCollection", "features": [
+ {"type": "Feature", "properties": {"ID": 9007199254740993}, "geometry": {"type": "Point", "coordinates": [1, 2]}},
+ {"type": "Feature", "properties": {"ID": 12}, "geometry": {"type": "Point", "coordinates": [1, 2]}}]})";
+    ClearDataNotes();
+    auto points = OpenFeatureClassAtPath(ids);
+    auto cursor = points->Search(nullptr, false);
+    EXPECT_EQ(cursor->NextFeature()->Value(points->FindField("ID")).ToDouble(), 9007199254740992.0);
+    EXPECT_EQ(cursor->NextFeature()->Value(points->FindField("ID")).ToDouble(), 12.0);
+    const std::vector<DataNote> notes = DataNotes();
+    ASSERT_EQ(notes.size(), 1u);
+    EXPECT_NE(notes[0].text.find("'ID' beyond 2^53"), std::string::npos) << notes[0].text;
+    EXPECT_EQ(notes[0].count, 1);
+    ClearDataNotes();
 }
 
 TEST(DatasetPaths, AContainerAloneIsItsOnlyClassOrAListToChooseFrom) {

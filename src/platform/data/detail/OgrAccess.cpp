@@ -546,7 +546,30 @@ std::string OgrLayer::Name() const { return Ly(Checked())->GetName(); }
 std::string OgrLayer::FidColumn() const { return Ly(Checked())->GetFIDColumn(); }
 std::string OgrLayer::GeometryColumn() const { return Ly(Checked())->GetGeometryColumn(); }
 
-FlatKind OgrLayer::GeometryKind() const { return KindOfType(Ly(Checked())->GetGeomType()); }
+FlatKind OgrLayer::GeometryKind() const {
+    OGRLayer* layer = Ly(Checked());
+    if (wkbFlatten(layer->GetGeomType()) != wkbUnknown || !HasGeometry())
+        return KindOfType(layer->GetGeomType());
+    // Formats that declare no type (GeoJSON, KML, CSV...): the kind that all the shapes there
+    // share, or none when they mix kinds or there are none.
+    EnsureEngine();
+    FlatKind common = FlatKind::Null;
+    layer->ResetReading();
+    while (std::unique_ptr<OGRFeature> f{layer->GetNextFeature()}) {
+        const OGRGeometry* g = f->GetGeometryRef();
+        if (!g || g->IsEmpty())
+            continue;
+        const FlatKind kind = KindOfType(g->getGeometryType());
+        if (common != FlatKind::Null && kind != common) {
+            common = FlatKind::Null;
+            break;
+        }
+        common = kind;
+    }
+    layer->ResetReading();
+    t_messages.clear();
+    return common;
+}
 
 bool OgrLayer::HasGeometry() const { return Ly(Checked())->GetLayerDefn()->GetGeomFieldCount() > 0; }
 
@@ -717,6 +740,9 @@ void OgrLayer::ResetReading() {
 
 namespace {
 
+// The host's fields hold a 64-bit integer as a double, exactly up to 2^53 in magnitude.
+constexpr std::int64_t kLargestExactInteger = std::int64_t{1} << 53;
+
 void ReadRecord(OGRFeature& f, const std::vector<OgrFieldKind>& kinds, OgrRecord& record, bool wantShape) {
     record.fid = f.GetFID();
     const std::size_t n = kinds.size();
@@ -732,9 +758,15 @@ void ReadRecord(OGRFeature& f, const std::vector<OgrFieldKind>& kinds, OgrRecord
         case OgrFieldKind::Int32:
             record.values[k] = static_cast<std::int32_t>(f.GetFieldAsInteger(i));
             break;
-        case OgrFieldKind::Int64:
-            record.values[k] = f.GetFieldAsInteger64(i);
+        case OgrFieldKind::Int64: {
+            const std::int64_t value = f.GetFieldAsInteger64(i);
+            if (value > kLargestExactInteger || value < -kLargestExactInteger)
+                t_messages.push_back({false, "values of the 64-bit integer field '" +
+                                                 std::string(f.GetFieldDefnRef(i)->GetNameRef()) +
+                                                 "' beyond 2^53 are held as the nearest double"});
+            record.values[k] = value;
             break;
+        }
         case OgrFieldKind::Float32:
         case OgrFieldKind::Float64:
             record.values[k] = f.GetFieldAsDouble(i);
