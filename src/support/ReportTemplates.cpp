@@ -8,7 +8,7 @@
 #include "frame/ErrorHandling.h"
 #include "support/Format.h"
 #include "support/HostTime.h"
-#include "support/detail/CodePage1252.h"
+#include "support/TextCoding.h"
 
 namespace tess {
 namespace {
@@ -57,7 +57,7 @@ constexpr char32_t kFirstAfterControls = 0xA0; // delete and the C1 controls com
 //! One character above ASCII as RTF: \'hh where the code page has it, else \uN? (a pair above
 //! U+FFFF); the "?" stands in for readers without Unicode and is skipped by the others (\uc1).
 void AppendEscaped(std::string& out, char32_t c) {
-    if (const int byte = detail::ToCp1252(c); byte >= 0) {
+    if (const int byte = coding::ToCp1252(c); byte >= 0) {
         out += "\\'";
         out += kHexDigits[byte >> 4];
         out += kHexDigits[byte & 0xF];
@@ -68,10 +68,10 @@ void AppendEscaped(std::string& out, char32_t c) {
         const std::int32_t signedCode = code > std::numeric_limits<std::int16_t>::max() ? code - kUnicodeWrap : code;
         out += "\\u" + std::to_string(signedCode) + "?";
     };
-    if (c >= detail::kFirstAstral) {
-        const char32_t offset = c - detail::kFirstAstral;
-        unit(detail::kHighSurrogateFirst + (offset >> 10));
-        unit(detail::kLowSurrogateFirst + (offset & 0x3FF));
+    if (c >= coding::kFirstAstral) {
+        const char32_t offset = c - coding::kFirstAstral;
+        unit(coding::kHighSurrogateFirst + (offset >> 10));
+        unit(coding::kLowSurrogateFirst + (offset & 0x3FF));
     } else {
         unit(c);
     }
@@ -82,9 +82,9 @@ template <class F>
 void ForEachCharacter(std::string_view text, F&& visit) {
     for (std::size_t i = 0; i < text.size();) {
         char32_t c = 0;
-        const std::size_t length = detail::DecodeUtf8(text, i, c);
+        const std::size_t length = coding::DecodeUtf8(text, i, c);
         if (length == 0) {
-            visit(detail::FromCp1252(static_cast<unsigned char>(text[i])));
+            visit(coding::FromCp1252(static_cast<unsigned char>(text[i])));
             ++i;
         } else {
             visit(c);

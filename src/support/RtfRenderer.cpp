@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <limits>
 
-#include "support/detail/CodePage1252.h"
+#include "support/TextCoding.h"
 
 namespace tess {
 namespace {
@@ -21,11 +21,11 @@ constexpr char32_t kNoBreakSpace = 0x00A0;
 constexpr char32_t kNoBreakHyphen = 0x2011;
 constexpr std::int32_t kUnicodeWrap = 65536; // \u takes signed 16-bit values
 
-using detail::AppendUtf8;
-using detail::FromCp1252;
-using detail::kHighSurrogateFirst;
-using detail::kLowSurrogateFirst;
-using detail::kSurrogateEnd;
+using coding::AppendUtf8;
+using coding::FromCp1252;
+using coding::kHighSurrogateFirst;
+using coding::kLowSurrogateFirst;
+using coding::kSurrogateEnd;
 
 enum class Destination { Text, Skip, FontTable };
 
@@ -282,7 +282,7 @@ private:
             highSurrogate_ = c;
         } else if (c >= kLowSurrogateFirst && c < kSurrogateEnd && highSurrogate_ != 0) {
             const char32_t combined =
-                detail::kFirstAstral + ((highSurrogate_ - kHighSurrogateFirst) << 10) + (c - kLowSurrogateFirst);
+                coding::kFirstAstral + ((highSurrogate_ - kHighSurrogateFirst) << 10) + (c - kLowSurrogateFirst);
             highSurrogate_ = 0;
             Emit(combined, false);
         } else {
@@ -294,7 +294,7 @@ private:
     // Raw text is read as UTF-8, the system's own text; bytes that are not UTF-8 as code page 1252.
     void TextByte() {
         char32_t c = 0;
-        const std::size_t length = detail::DecodeUtf8(rtf_, i_, c);
+        const std::size_t length = coding::DecodeUtf8(rtf_, i_, c);
         if (length == 0) {
             Emit(FromCp1252(static_cast<unsigned char>(rtf_[i_++])), true);
             return;
@@ -313,7 +313,7 @@ private:
         if (highSurrogate_ != 0) {
             // Any character but its low half leaves a high surrogate alone: it shows as unreadable.
             highSurrogate_ = 0;
-            Emit(detail::kReplacementCharacter, false);
+            Emit(coding::kReplacementCharacter, false);
         }
         if (c >= kHighSurrogateFirst && c < kLowSurrogateFirst)
             return; // held until the next character tells whether it pairs

@@ -10,7 +10,7 @@
 
 #include "support/ReportTemplates.h"
 #include "support/RtfRenderer.h"
-#include "support/detail/CodePage1252.h"
+#include "support/TextCoding.h"
 
 namespace tess {
 namespace {
@@ -59,15 +59,15 @@ TEST(RtfText, EveryCharacterRoundTrips) {
     // Random characters from every plane that holds any, controls and surrogates left out:
     // whatever the writer makes of them, the renderer gives the same UTF-8 back.
     std::mt19937 random(20261123);
-    std::uniform_int_distribution<std::uint32_t> codePoint(0x20, detail::kLastCodePoint);
+    std::uniform_int_distribution<std::uint32_t> codePoint(0x20, coding::kLastCodePoint);
     for (int round = 0; round < 200; ++round) {
         std::string text;
         while (text.size() < 60) {
             const char32_t c = codePoint(random) >> (random() % 12); // small values often
             const bool control = c < 0x20 || (c >= 0x7F && c < 0xA0);
-            const bool surrogate = c >= detail::kHighSurrogateFirst && c < detail::kSurrogateEnd;
+            const bool surrogate = c >= coding::kHighSurrogateFirst && c < coding::kSurrogateEnd;
             if (!control && !surrogate)
-                detail::AppendUtf8(text, c);
+                coding::AppendUtf8(text, c);
         }
         ASSERT_EQ(RtfToText(Document(RtfText(text))), text + "\n") << round;
     }

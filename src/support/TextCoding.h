@@ -1,12 +1,13 @@
 #pragma once
 // Characters between UTF-8 (the system's text) and code page 1252 (the code page
-// that the reports' RTF declares), shared by the RTF writer and its renderer.
+// that the reports' RTF declares), for the RTF writer and renderer and for
+// terminal output.
 
 #include <array>
 #include <string>
 #include <string_view>
 
-namespace tess::detail {
+namespace tess::coding {
 
 inline constexpr char32_t kReplacementCharacter = 0xFFFD;
 inline constexpr char32_t kHighSurrogateFirst = 0xD800;
@@ -100,4 +101,4 @@ inline void AppendUtf8(std::string& out, char32_t c) {
     }
 }
 
-} // namespace tess::detail
+} // namespace tess::coding
