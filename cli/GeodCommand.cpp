@@ -48,7 +48,7 @@ const Kind& KindOf(bool direct) { return direct ? kDirect : kInverse; }
 std::string Expected(bool direct) {
     const Kind& kind = KindOf(direct);
     return std::string(kind.names[0]) + " " + kind.names[1] + " " + kind.names[2] + " " + kind.names[3] +
-           (direct ? " (degrees, degrees, degrees, unit of the axes)" : " (decimal degrees)");
+           (direct ? " (decimal degrees; the distance in the unit of the axes)" : " (decimal degrees)");
 }
 
 //! Puts the UI services of the run in place for its fault reports, and the previous ones back.
@@ -152,8 +152,8 @@ private:
 };
 
 //! Answers one problem on the output; `where` starts the messages ("line 4: "). True when answered.
-bool AnswerProblem(const Solver& solver, const std::vector<std::string>& words, bool direct, const std::string& where,
-            Console& console) {
+bool AnswerProblem(const Solver& solver, const std::vector<std::string>& words, bool direct,
+                   const std::string& where, Console& console) {
     std::string problem;
     const std::optional<Values> values = ParseProblem(words, direct, problem);
     if (!values) {

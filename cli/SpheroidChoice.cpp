@@ -95,7 +95,7 @@ std::optional<Spheroid> FromNumbers(const std::string& text, std::string& proble
     const std::string what = "--spheroid " + Quoted(text) + ": ";
     double a = 0;
     if (parts.size() != 2 || !ParseNumber(parts[0], a) || !(a > 0)) {
-        problem = what + "give two numbers after a semi-major axis above 0: " + kForms;
+        problem = what + "expected a semi-major axis above 0, then the semi-minor axis or the flattening: " + kForms;
         return std::nullopt;
     }
     const std::string aText = Trim(parts[0]);
