@@ -3,6 +3,8 @@
 #include <CLI/CLI.hpp>
 
 #include <map>
+#include <memory>
+#include <optional>
 #include <ostream>
 #include <sstream>
 
@@ -42,21 +44,6 @@ Examples:
   tessarine graphics select-all --doc map.map.json --save
   tessarine graphics flip --doc map.map.json --save flipped.map.json
   tessarine graphics zoom --doc map.map.json --save
-)";
-
-constexpr const char* kGeodExamples = R"(
-Positions are longitude before latitude, in decimal degrees. Without numbers on the command line,
-one problem is read from each line of the input (blanks or commas between the numbers).
-  inverse: lon1 lat1 lon2 lat2         ->  distance azimuth1 azimuth2
-  direct:  lon1 lat1 azimuth distance  ->  lon2 lat2 azimuth2
-azimuth2 is the direction of travel at the far point. Distances are in the unit of the axes.
-
-Examples:
-  tessarine geod inverse -77.0365 38.8977 2.2945 48.8584
-  tessarine geod direct 0 0 90 111319.49
-  tessarine geod inverse --spheroid "Mars 2000" < pairs.txt
-  tessarine geod direct --spheroid 6378137,6356752.314245 10 50 45 100000
-  tessarine geod spheroids
 )";
 
 constexpr const char* kCommandsExamples = R"(
@@ -309,26 +296,7 @@ private:
             sub->footer(Footer(entry));
         }
 
-        geod_ = app.add_subcommand("geod", "Geodesic distances and positions on a spheroid (Vincenty)");
-        geod_->require_subcommand(0, 1);
-        geod_->footer(kGeodExamples);
-        for (const auto& [word, direct, what] :
-             {std::tuple{"inverse", false, "Distance and azimuths between two positions"},
-              std::tuple{"direct", true, "The position at a distance and azimuth from a start"}}) {
-            CLI::App* sub = geod_->add_subcommand(word, what);
-            auto& options = geodOptions_[sub];
-            options.direct = direct;
-            sub->add_option("values", options.values,
-                            direct ? "lon1 lat1 azimuth distance (else read from the input)"
-                                   : "lon1 lat1 lon2 lat2 (else read from the input)")
-                ->expected(0, 4);
-            sub->add_option("--spheroid", options.spheroid,
-                            "A catalogue name (\"Mars 2000\"), a code (7030) or the axes a,b; default WGS 1984")
-                ->type_name("SPHEROID");
-            sub->footer(kGeodExamples);
-        }
-        spheroids_ = geod_->add_subcommand("spheroids", "List the spheroid catalogue (group, code, name, a, b)");
-        spheroids_->footer(kGeodExamples);
+        geod_ = std::make_unique<GeodCommandLine>(app);
     }
 
     int Dispatch(CLI::App& app) {
@@ -336,11 +304,8 @@ private:
             return static_cast<int>(ListCommands(console_));
         if (*demo_)
             return static_cast<int>(RunDemo(demoOptions_, console_));
-        if (*spheroids_)
-            return static_cast<int>(ListSpheroids(console_));
-        for (auto& [sub, options] : geodOptions_)
-            if (*sub)
-                return static_cast<int>(RunGeod(options, console_));
+        if (const std::optional<ExitCode> code = geod_->Dispatch(console_))
+            return static_cast<int>(*code);
         for (auto& [sub, options] : documents_) {
             if (!*sub)
                 continue;
@@ -353,7 +318,7 @@ private:
             return static_cast<int>(RunCommand(options.run, console_));
         }
         // A group without its command, or nothing at all: the help of the level reached.
-        for (CLI::App* group : {graphics_, geod_})
+        for (CLI::App* group : {graphics_, geod_->Group()})
             if (*group) {
                 console_.out << group->help();
                 return static_cast<int>(ExitCode::Success);
@@ -370,10 +335,8 @@ private:
     CLI::App* demo_ = nullptr;
     DemoOptions demoOptions_;
     CLI::App* graphics_ = nullptr;
-    CLI::App* geod_ = nullptr;
-    CLI::App* spheroids_ = nullptr;
+    std::unique_ptr<GeodCommandLine> geod_;
     std::map<CLI::App*, DocumentOptions> documents_;
-    std::map<CLI::App*, GeodOptions> geodOptions_;
 };
 
 } // namespace

@@ -21,6 +21,7 @@
 #include "platform/framework/HostContracts.h"
 #include "platform/system/Fault.h"
 #include "support/DataNotesReport.h"
+#include "support/ReportTemplates.h"
 
 namespace tess::cli {
 namespace {
@@ -128,7 +129,7 @@ void ChooseInputLayer(Application& app, const RunOptions& options, const std::sh
 
 void WriteReport(const std::string& path, const std::string& rtf) {
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file << rtf;
+    file << RtfWithCodePageEscapes(rtf); // a word processor reads it by its declared code page
     file.close();
     if (!file)
         throw std::runtime_error("cannot write the report to " + Quoted(path));

@@ -1,12 +1,11 @@
-// The terminal's UI services: how questions are answered, how a progress window
-// reads as a line, and how Ctrl-C reaches the Stop button.
+// The terminal's UI services: how questions are answered and how Ctrl-C reaches
+// the Stop button (the progress line itself: ProgressLineTest.cpp).
 
 #include <gtest/gtest.h>
 
 #include <sstream>
 
 #include "Interrupt.h"
-#include "ProgressLine.h"
 #include "TerminalUI.h"
 #include "platform/ui/Form.h"
 
@@ -78,31 +77,6 @@ INSTANTIATE_TEST_SUITE_P(
                    MsgBoxResult::Cancel},
         AnswerCase{"OKNeedsNoAnswer", Answer::No, false, "", MsgBoxButtons::OK, MsgBoxResult::OK}),
     [](const auto& info) { return std::string(info.param.name); });
-
-TEST(ProgressLine, ReadsTheWindowsLabels) {
-    FakeProgressWindow window;
-    EXPECT_EQ(ProgressLine::Text(window), ""); // nothing before the first step
-    window.Step("45.2", "4,520 of 10,000", "0:01:02");
-    EXPECT_EQ(ProgressLine::Text(window), "Extracting Vertices...  45.2%  record 4,520 of 10,000  time left 0:01:02");
-    window.Ctl("lblTimeLeft").Caption = "Estimated time remaining: ---:---:---";
-    EXPECT_EQ(ProgressLine::Text(window), "Extracting Vertices...  45.2%  record 4,520 of 10,000");
-}
-
-TEST(ProgressLine, RewritesOneLineOnATerminalAndEndsIt) {
-    FakeProgressWindow window;
-    std::ostringstream err;
-    ProgressLine line(err, true);
-    window.Step("10", "100 of 1,000", "0:00:09");
-    line.Update(window);
-    window.Step("100", "1,000 of 1,000", "0:00:00");
-    line.Finish(window);
-    const std::string text = err.str();
-    EXPECT_EQ(text.front(), '\r');
-    EXPECT_EQ(text.back(), '\n');
-    EXPECT_NE(text.find("\rExtracting Vertices...  100%  record 1,000 of 1,000  time left 0:00:00"),
-              std::string::npos);
-    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1);
-}
 
 TEST(TerminalUI, CtrlCIsAClickOnStopAtTheNextEventPump) {
     Terminal terminal;
