@@ -84,6 +84,7 @@ FeatureLayer::~FeatureLayer() = default;
 
 void FeatureLayer::FeatureClass(const std::shared_ptr<IFeatureClass>& featureClass) {
     kept_ = {};
+    asked_ = {};
     if (!featureClass) {
         featureClass_.reset();
         selection_.reset();
@@ -180,6 +181,7 @@ void FeatureLayer::Kept(const KeptSelection& selection) {
 void FeatureLayer::ApplyKept() {
     if (kept_.Empty())
         return;
+    asked_ = kept_;
     if (!kept_.whereClause.empty()) {
         auto filter = std::make_shared<QueryFilter>();
         filter->WhereClause(kept_.whereClause);
