@@ -32,7 +32,10 @@ Examples:
 
 The dialog of the command checks the choices as on the desktop; its messages are shown as text.
 --output: a.shp (a folder of shapefiles), file.gdb/Name, file.gdb/Dataset/Name, file.gpkg/Name.
-Exit codes: 0 done, 1 the run failed, 2 bad usage, 3 stopped (Ctrl-C; what was written stays).
+An output that is there is replaced only on --yes or a Yes typed in, asked before the run.
+Two layers of one name: --input NAME:1, NAME:2... counted from the top.
+Exit codes: 0 done, 1 the run failed, 2 bad usage or nothing run (a condition that selects
+nothing, an output not replaced), 3 stopped or cancelled (Ctrl-C; what was written stays).
 )";
 
 constexpr const char* kGraphicsExamples = R"(

@@ -386,6 +386,11 @@ private:
                 throw UsageError{"the extension has no command " + Quoted(options_.commandName)};
             if (!command->Enabled())
                 throw UsageError{"the command " + Quoted(CaptionText(command->Caption())) + " is disabled"};
+            // Ctrl-C while the document and layers were read: nothing has run yet, so nothing runs.
+            if (TakeInterrupt()) {
+                console_.err << "tessarine: cancelled; nothing was run\n";
+                return ExitCode::Stopped;
+            }
             command->OnClick();
             if (InterruptPending() && !ui_->StopDelivered())
                 console_.err << "tessarine: Ctrl-C came while the run had no progress window to stop it; it ran "

@@ -106,7 +106,8 @@ public:
             if (!form.IsLoaded())
                 return;
             // The dialog said why it stays (its message is on the screen); no point in asking again.
-            ui_.UsageProblem("the dialog did not take the output " + Quoted(form.Ctl("txtOutput").Text));
+            ui_.UsageProblem("the dialog did not take the output " +
+                             Quoted(options_.output.empty() ? form.Ctl("txtOutput").Text : options_.output));
         }
         form.Fire("cmdCancel", FormEvent::Click);
     }
