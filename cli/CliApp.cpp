@@ -389,7 +389,7 @@ std::optional<std::string> Leftover(const CLI::App& level) {
             return "one command at a time: " + Quoted(level.get_name()) + " and " + Quoted(word) + " were both given";
     }
     return named + ": unexpected argument " + Quoted(word) +
-           " (a value follows its option, as in --output PATH; quote a value with blanks; " + help + ")";
+           " (a value goes right after its option's name; quote a value that has blanks; " + help + ")";
 }
 
 //! CLI11's own complaints in the host's words, naming the option.
@@ -401,13 +401,15 @@ std::string ParseProblem(const CLI::ParseError& error) {
     if (dynamic_cast<const CLI::ValidationError*>(&error) && !option.empty())
         return option + " " + detail;
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) && !option.empty()) {
-        if (detail.find("missing") != std::string::npos)
-            return option + " needs a value" + (detail.find(" required ") != std::string::npos
-                                                    ? " (" + Trim(detail.substr(detail.find(" required ") + 10,
-                                                                                detail.rfind(" missing") -
-                                                                                    detail.find(" required ") - 10)) +
-                                                          ")"
-                                                    : std::string());
+        // CLI11 says "1 required PATH missing" and "At Most 1 required but received 2".
+        constexpr std::string_view kRequired = " required ";
+        const auto required = detail.find(kRequired);
+        const auto missing = detail.rfind(" missing");
+        if (missing != std::string::npos) {
+            const auto type = required == std::string::npos ? missing : required + kRequired.size();
+            const std::string valueName = type < missing ? detail.substr(type, missing - type) : std::string();
+            return option + " needs a value" + (valueName.empty() ? std::string() : " (" + valueName + ")");
+        }
         if (detail.find("At Most") != std::string::npos)
             return option + " was given more than once; give it once";
     }
