@@ -364,13 +364,14 @@ std::optional<std::string> Leftover(const CLI::App& level) {
     if (left.empty())
         return std::nullopt;
     const std::string where = LevelName(level);
-    const std::string named = where.empty() ? "tessarine" : where;
+    // Messages start with "tessarine: " already; the top level needs no name of its own.
+    const std::string named = where.empty() ? "there is" : where + " has";
     const std::string help = "tessarine " + (where.empty() ? "" : where + " ") + "--help";
     for (const std::string& word : left) {
         if (word.size() < 2 || word.front() != '-')
             continue;
         const std::string option = word.substr(0, word.find('='));
-        std::string message = named + " has no option " + option;
+        std::string message = named + " no option " + option;
         if (const std::string nearest = NearestWord(option, OptionNames(level)); !nearest.empty())
             message += "; did you mean " + nearest + "?";
         return message + " (" + help + " lists them)";
@@ -378,7 +379,7 @@ std::optional<std::string> Leftover(const CLI::App& level) {
     const std::string& word = left.front();
     const std::vector<std::string> commands = CommandNames(level);
     if (!commands.empty()) {
-        std::string message = named + " has no command " + Quoted(word);
+        std::string message = named + " no command " + Quoted(word);
         if (const std::string nearest = NearestWord(word, commands); !nearest.empty())
             message += " (did you mean " + nearest + "?)";
         return message + "; its commands: " + JoinWords(commands, "and");
@@ -388,7 +389,7 @@ std::optional<std::string> Leftover(const CLI::App& level) {
         if (std::find(siblings.begin(), siblings.end(), word) != siblings.end())
             return "one command at a time: " + Quoted(level.get_name()) + " and " + Quoted(word) + " were both given";
     }
-    return named + ": unexpected argument " + Quoted(word) +
+    return (where.empty() ? std::string() : where + ": ") + "unexpected argument " + Quoted(word) +
            " (a value goes right after its option's name; quote a value that has blanks; " + help + ")";
 }
 
