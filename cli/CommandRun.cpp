@@ -143,8 +143,8 @@ GivenLayers AddLayers(Application& app, const RunOptions& options) {
     return given;
 }
 
-//! Where the data of a layer was looked for, as a path the user can check.
-std::string MissingDataPath(const ILayer& layer, const std::string& documentPath) {
+//! Where the data of a layer lies, or was looked for when it is missing, as a path the user can check.
+std::string DataPath(const ILayer& layer, const std::string& documentPath) {
     const auto* data = dynamic_cast<const IDataLayer*>(&layer);
     if (!data)
         return "(no data source)";
@@ -187,7 +187,7 @@ std::shared_ptr<ILayer> FindInputLayer(const Map& map, const std::string& text, 
     std::vector<std::string> choices;
     for (std::size_t i = 0; i < found.size(); ++i)
         choices.push_back(name + ":" + std::to_string(i + 1) + " (" +
-                          (found[i]->Valid() ? MissingDataPath(*found[i], documentPath) : "data missing") + ")");
+                          DataPath(*found[i], documentPath) + (found[i]->Valid() ? "" : ", missing") + ")");
     throw UsageError{"the map has " + std::to_string(found.size()) + " layers named " + Quoted(name) +
                      (nth > 0 ? ", not " + std::to_string(nth) : std::string()) + "; say which with --input " +
                      JoinWords(choices) + ", counted from the top"};
@@ -225,7 +225,7 @@ InputChoice ChooseInputLayer(Application& app, const RunOptions& options, const 
     }
     if (choice.layer && !choice.layer->Valid())
         throw UsageError{"the layer " + Quoted(choice.layer->Name()) + " cannot be converted: its data is missing at " +
-                         MissingDataPath(*choice.layer, document.Path()) +
+                         DataPath(*choice.layer, document.Path()) +
                          (choice.demanded ? std::string() : " (--input chooses another layer)")};
     if (choice.layer)
         document.SelectedLayer(choice.layer);

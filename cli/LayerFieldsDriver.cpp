@@ -146,13 +146,17 @@ private:
             } else if (lines.size() == sameNamed.size() && at != sameNamed.end()) {
                 // The list shows the map's layers in the map's order: the Nth of a name is the Nth line of it.
                 Pick(form, lines[static_cast<std::size_t>(at - sameNamed.begin())]);
-            } else if (lines.size() == 1 && sameNamed.size() > 1 && input_.demanded) {
-                // Only one of the layers of that name is of a kind the dialog takes; whether it is the
-                // one meant cannot be told from its line.
-                return Refuse("of the layers named " + Quoted(name) + " only one is of a kind that " + Title(form) +
-                              " takes, and it cannot be told which; name the layers apart with --layer PATH:NAME");
             } else {
+                // Some layers of that name are of a kind the dialog does not take, so their lines
+                // cannot be matched to the layers; a name of their own tells them apart.
+                const std::string why = std::to_string(sameNamed.size()) + " layers are named " + Quoted(name) +
+                                        " and " + Title(form) + " takes " + std::to_string(lines.size()) +
+                                        " of them";
+                if (input_.demanded)
+                    return Refuse(why + ", so which is which cannot be told; name them apart with --layer "
+                                        "PATH:NAME");
                 Pick(form, lines.front());
+                ui_.Note(why + ": the first it lists is converted (--layer PATH:NAME names them apart)");
             }
         }
         chosen_ = ChosenLayer(layers);
