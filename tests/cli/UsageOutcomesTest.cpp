@@ -170,6 +170,32 @@ TEST_F(UsageOutcomes, LayersOfOneNameAreToldApartByTheirPlaceFromTheTop) {
     const ProcessResult third = Run(with({"--input", "roads:3"}));
     EXPECT_EQ(third.exitCode, 2) << third.err;
     EXPECT_NE(third.err.find("not 3"), std::string::npos) << third.err;
+
+    // Points are no input of Shapes to Vertices: the list shows one "x" for two layers, which
+    // cannot be matched; --input is refused, the first --layer is noted as not taken.
+    const std::vector<std::string> mixed{"vertices", "--layer", Data("wells.shp") + ":x", "--layer",
+                                         Data("trails.shp") + ":x", "--output", "out/x.shp"};
+    std::vector<std::string> demanded = mixed;
+    demanded.insert(demanded.end(), {"--input", "x:2"});
+    const ProcessResult refused = Run(demanded);
+    EXPECT_EQ(refused.exitCode, 2) << refused.err;
+    EXPECT_NE(refused.err.find("2 layers are named \"x\" and \"Shapes to Vertices\" takes 1 of them"),
+              std::string::npos)
+        << refused.err;
+    const ProcessResult noted = Run(mixed);
+    ASSERT_EQ(noted.exitCode, 0) << noted.err;
+    EXPECT_NE(noted.err.find("the first it lists is converted"), std::string::npos) << noted.err;
+    EXPECT_EQ(ReadFeatures(dir_ / "out/x.shp").size(), VerticesOf(Data("trails.shp")));
+}
+
+TEST_F(UsageOutcomes, AFirstLayerOfAKindTheCommandDoesNotTakeIsNotedNotConvertedInSilence) {
+    const ProcessResult run = Run({"vertices", "--layer", Data("wells.shp"), "--layer", Data("trails.shp"),
+                                   "--output", "out/w.shp"});
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_NE(run.err.find("the first --layer, \"wells\", is not one that \"Shapes to Vertices\" takes; the dialog "
+                           "chose \"trails\""),
+              std::string::npos)
+        << run.err;
 }
 
 TEST_F(UsageOutcomes, SavedSettingsHoldTheOutputFolderFromAnyFolder) {
