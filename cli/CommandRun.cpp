@@ -19,6 +19,7 @@
 #include "platform/carto/FeatureLayer.h"
 #include "platform/carto/GraphicsContainer.h"
 #include "platform/carto/Map.h"
+#include "platform/data/Dataset.h"
 #include "platform/data/SelectionSet.h"
 #include "platform/data/QueryFilter.h"
 #include "platform/data/Workspace.h"
@@ -232,6 +233,22 @@ InputChoice ChooseInputLayer(Application& app, const RunOptions& options, const 
     return choice;
 }
 
+//! Whether the layer reads the class that `target` names.
+bool ReadsTarget(const ILayer& layer, const OutputTarget& target) {
+    const auto* feature = dynamic_cast<const IFeatureLayer*>(&layer);
+    const auto dataset = feature ? std::dynamic_pointer_cast<IDataset>(feature->FeatureClass()) : nullptr;
+    if (!dataset || !dataset->Workspace())
+        return false;
+    std::error_code error;
+    if (fs::weakly_canonical(dataset->Workspace()->PathName(), error) != fs::weakly_canonical(target.workspace, error))
+        return false;
+    const auto bare = [](const std::string& name) {
+        return Lower(fs::path(name).extension().string()) == ".shp" ? Lower(fs::path(name).stem().string())
+                                                                    : Lower(name);
+    };
+    return bare(dataset->Name()) == bare(target.name);
+}
+
 //! The graphic elements of the focus map and its extent, to tell what a command changed.
 struct GraphicsState {
     std::int32_t elements = 0;
@@ -287,8 +304,6 @@ public:
         ui_ = std::make_shared<TerminalUI>(console_, options_.answer, options_.progress);
         UIScope scope(ui_);
         InterruptGuard interrupts;
-        if (std::optional<ExitCode> declined = DecideReplacement())
-            return *declined;
         const std::string library = libraryPath.empty() ? FindExtensionLibrary() : libraryPath;
         if (library.empty())
             return Failed("the extension library " + std::string(kExtensionLibraryFileName) +
@@ -341,10 +356,15 @@ private:
     }
 
     //! An output that is there is replaced only when the user says so, and that is settled before
-    //! the run: declining inside it would leave the run without an output.
-    std::optional<ExitCode> DecideReplacement() {
+    //! the run: declining inside it would leave the run without an output. A class that a layer of
+    //! the map reads is never replaced: the run would destroy its own input.
+    std::optional<ExitCode> DecideReplacement(const Map& map) {
         if (!target_ || !OutputExists(*target_))
             return std::nullopt;
+        for (const auto& layer : map.AllLayers())
+            if (ReadsTarget(*layer, *target_))
+                return Usage("--output " + options_.output + " is the data of the map's layer " +
+                             Quoted(layer->Name()) + "; what the map shows is never replaced: choose another output");
         const std::string refused = target_->shown + " exists and was not replaced (--yes replaces it)";
         if (options_.answer == Answer::No)
             return Usage(refused);
@@ -379,6 +399,8 @@ private:
         if (!entry || entry->dialog == DialogKind::LayerFields)
             ui_->RegisterDriver("frmLayerFields", MakeLayerFieldsDriver(options_, *ui_, app.MxDoc()->FocusMapObject(),
                                                                         ChooseInputLayer(app, options_, given)));
+        if (std::optional<ExitCode> declined = DecideReplacement(*app.MxDoc()->FocusMapObject()))
+            return *declined;
         const GraphicsState before = ReadGraphics(app);
         {
             std::shared_ptr<ICommand> command = session.CreateCommand(progId);

@@ -243,6 +243,13 @@ TEST_F(UsageOutcomes, AnOutputThatIsThereIsReplacedOnlyWhenTheUserSaysSo) {
             ::kill(child.Pid(), SIGINT);
         expectKept(child.Finish(), code, message);
     }
+    // Not even --yes replaces what a layer of the map reads: the input, here.
+    const std::string input = ReadText(Data("trails.shp"));
+    const ProcessResult itself = Run({"vertices", "--layer", Data("trails.shp"), "--output", Data("trails"), "--yes"});
+    EXPECT_EQ(itself.exitCode, 2) << itself.err;
+    EXPECT_NE(itself.err.find("is the data of the map's layer \"trails\""), std::string::npos) << itself.err;
+    EXPECT_EQ(ReadText(Data("trails.shp")), input);
+
     // A Yes typed in replaces it, and the run's own question is not asked again.
     Child child(args, dir_.Path(), "", ChildInput::Terminal);
     ASSERT_TRUE(child.WaitForErr("Yes or No? [y/n]")) << child.Finish().err;
