@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <cstdlib>
 #include <map>
 #include <optional>
 #include <ostream>
@@ -357,6 +358,13 @@ std::vector<std::string> CommandNames(const CLI::App& level) {
     return names;
 }
 
+//! A negative number is a value, not an option.
+bool IsNumber(const std::string& word) {
+    char* end = nullptr;
+    std::strtod(word.c_str(), &end);
+    return end != word.c_str() && *end == '\0';
+}
+
 //! What CLI11 left over at one level, said as a usage problem: an option the level does not have
 //! (with the nearest one it has), a command it does not have, or a word that belongs to no option.
 std::optional<std::string> Leftover(const CLI::App& level) {
@@ -368,7 +376,7 @@ std::optional<std::string> Leftover(const CLI::App& level) {
     const std::string named = where.empty() ? "there is" : where + " has";
     const std::string help = "tessarine " + (where.empty() ? "" : where + " ") + "--help";
     for (const std::string& word : left) {
-        if (word.size() < 2 || word.front() != '-')
+        if (word.size() < 2 || word.front() != '-' || IsNumber(word))
             continue;
         const std::string option = word.substr(0, word.find('='));
         std::string message = named + " no option " + option;
@@ -411,8 +419,15 @@ std::string ParseProblem(const CLI::ParseError& error) {
             const std::string valueName = type < missing ? detail.substr(type, missing - type) : std::string();
             return option + " needs a value" + (valueName.empty() ? std::string() : " (" + valueName + ")");
         }
-        if (detail.find("At Most") != std::string::npos)
-            return option + " was given more than once; give it once";
+        constexpr std::string_view kAtMost = "At Most ";
+        constexpr std::string_view kReceived = " received ";
+        if (detail.rfind(kAtMost, 0) == 0 && detail.find(kReceived) != std::string::npos) {
+            const std::string most = detail.substr(kAtMost.size(), detail.find(' ', kAtMost.size()) - kAtMost.size());
+            const std::string received = detail.substr(detail.find(kReceived) + kReceived.size());
+            if (most == "1" && option.front() == '-')
+                return option + " was given more than once; give it once";
+            return option + " takes at most " + most + " values; " + received + " were given";
+        }
     }
     return text;
 }

@@ -87,6 +87,8 @@ INSTANTIATE_TEST_SUITE_P(
         UsageCase{"CommandTypo", {"vertexes"}, "did you mean vertices?"},
         UsageCase{"GroupCommandTypo", {"graphics", "fip"}, "graphics has no command \"fip\" (did you mean flip?)"},
         UsageCase{"TwoCommands", {"graphics", "flip", "zoom"}, "one command at a time"},
+        UsageCase{"NegativeNumberTooMany", {"geod", "inverse", "1", "2", "3", "4", "-5"},
+                  "values takes at most 4 values; 5 were given"},
         UsageCase{"GeodAxesTheWrongWayRound", {"geod", "direct", "--spheroid", "6356752,6378137", "0", "0", "0", "1"},
                   "semi-minor"}),
     [](const auto& info) { return std::string(info.param.name); });
