@@ -179,8 +179,15 @@ std::shared_ptr<ILayer> FindInputLayer(const Map& map, const std::string& text, 
         nth = std::stoul(text.substr(colon + 1));
         found = LayersNamed(map, name);
     }
-    if (found.empty())
-        throw UsageError{"the map has no layer " + Quoted(name) + "; its layers: " + JoinNames(LayerNames(map))};
+    if (found.empty()) {
+        std::vector<std::string> names;
+        for (const auto& layer : map.AllLayers())
+            names.push_back(layer->Name());
+        const std::string nearest = NearestWord(name, names);
+        throw UsageError{"the map has no layer " + Quoted(name) +
+                         (nearest.empty() ? std::string() : " (did you mean " + Quoted(nearest) + "?)") +
+                         "; its layers: " + JoinNames(LayerNames(map))};
+    }
     if (nth == 0 && found.size() == 1)
         return found.front();
     if (nth >= 1 && nth <= found.size())

@@ -183,6 +183,8 @@ INSTANTIATE_TEST_SUITE_P(
     EndToEnd, BadInputs,
     ::testing::Values(
         BadInput{"UnknownLayer", {"vertices", "--doc", "@/data/demo.map.json", "--input", "roads"}, 2, "\"roads\""},
+        BadInput{"MistypedLayer", {"vertices", "--doc", "@/data/demo.map.json", "--input", "Trials"}, 2,
+                 "no layer \"Trials\" (did you mean \"trails\"?)"},
         BadInput{"LayerOfTheWrongKind", {"vertices", "--doc", "@/data/demo.map.json", "--input", "wells"}, 2,
                  "\"wells\" is not one that"},
         BadInput{"MissingOutputFolder",
