@@ -100,6 +100,8 @@ Examples:
   tessarine demo
   tessarine vertices --help
   tessarine geod inverse -77.0365 38.8977 2.2945 48.8584
+
+Exit codes: 0 done, 1 the run failed, 2 bad usage or nothing run, 3 stopped or cancelled (Ctrl-C).
 )";
 
 // Help lines are wrapped to fit a terminal of the usual width.
@@ -119,10 +121,29 @@ std::string WithDefault(std::string description, std::string_view byDefault) {
 //! with said in its description, and positionals by name in the usage line.
 class HelpFormatter final : public CLI::Formatter {
 public:
-    //! The option's names and value in the left column, its description wrapped beside them; a
-    //! name too long for the column puts the description on the lines below.
     std::string make_option(const CLI::Option* option, bool isPositional) const override {
-        const std::string left = "  " + make_option_name(option, isPositional) + make_option_opts(option);
+        return Columns("  " + make_option_name(option, isPositional) + make_option_opts(option),
+                       make_option_desc(option));
+    }
+    std::string make_subcommand(const CLI::App* sub) const override {
+        return Columns("  " + sub->get_name(), sub->get_description());
+    }
+    std::string make_option_opts(const CLI::Option* option) const override {
+        if (option->get_positional() || option->get_type_size() == 0)
+            return {};
+        return " " + option->get_type_name();
+    }
+    std::string make_option_usage(const CLI::Option* option) const override {
+        std::string name = option->get_name();
+        if (option->get_expected_max() > 1)
+            name += "...";
+        return option->get_required() ? name : "[" + name + "]";
+    }
+
+private:
+    //! A name in the left column and its description wrapped beside it; a name too long for the
+    //! column puts the description on the lines below.
+    std::string Columns(const std::string& left, const std::string& description) const {
         const std::size_t column = get_column_width();
         std::string text = left;
         std::size_t used = left.size();
@@ -131,7 +152,7 @@ public:
             used = 0;
         }
         bool lineStart = true;
-        for (const std::string& word : SplitAny(make_option_desc(option), " ")) {
+        for (const std::string& word : SplitAny(description, " ")) {
             if (!lineStart && used + 1 + word.size() > kHelpWidth) {
                 text += '\n';
                 used = 0;
@@ -149,17 +170,6 @@ public:
             lineStart = false;
         }
         return text + '\n';
-    }
-    std::string make_option_opts(const CLI::Option* option) const override {
-        if (option->get_positional() || option->get_type_size() == 0)
-            return {};
-        return " " + option->get_type_name();
-    }
-    std::string make_option_usage(const CLI::Option* option) const override {
-        std::string name = option->get_name();
-        if (option->get_expected_max() > 1)
-            name += "...";
-        return option->get_required() ? name : "[" + name + "]";
     }
 };
 

@@ -119,6 +119,7 @@ TEST(CommandLine, CommandsExplainThemselves) {
 
 TEST(CommandLine, HelpKeepsItsColumnsStatesDefaultsAndSaysDesktopOnlyOneWay) {
     constexpr std::size_t kDescriptionColumn = 34; // where every description starts
+    constexpr std::size_t kHelpWidth = 100;        // characters a help line takes at most
     for (const std::vector<std::string>& args : std::vector<std::vector<std::string>>{
              {"--help"}, {"vertices", "--help"}, {"graphics", "flip", "--help"}, {"demo", "--help"},
              {"calculate", "--help"}, {"geod", "inverse", "--help"}, {"graphics", "--help"}}) {
@@ -127,8 +128,18 @@ TEST(CommandLine, HelpKeepsItsColumnsStatesDefaultsAndSaysDesktopOnlyOneWay) {
         EXPECT_EQ(help.find("x)]"), std::string::npos) << "CLI11's repeat marks in the usage line\n" << help;
         EXPECT_EQ(help.find("tessarine-map for now"), std::string::npos) << help;
         std::istringstream lines(help);
+        bool inList = false; // the lists of options and commands, up to the next blank line
         for (std::string line; std::getline(lines, line);) {
-            if (line.rfind("  -", 0) != 0 || line.size() <= kDescriptionColumn)
+            if (line == "Options:" || line == "Subcommands:" || line == "Positionals:") {
+                inList = true;
+                continue;
+            }
+            if (line.empty())
+                inList = false;
+            if (!inList)
+                continue;
+            EXPECT_LE(line.size(), kHelpWidth) << line;
+            if (line.size() <= kDescriptionColumn || line[2] == ' ')
                 continue;
             // The option and its value end before the column, with two blanks at least.
             EXPECT_EQ(line.substr(kDescriptionColumn - 2, 2), "  ") << line;
