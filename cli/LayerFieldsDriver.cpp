@@ -74,12 +74,12 @@ std::vector<int> LinesNamed(const Control& list, const std::string& name) {
     return lines;
 }
 
-//! The layers of the map with data that bear `name`, top first: the ones the dialog may list.
+//! The feature layers of the map with data that bear `name`, top first: the ones the dialog may list.
 std::vector<std::shared_ptr<ILayer>> ValidLayersNamed(const std::shared_ptr<Map>& map, const std::string& name) {
     std::vector<std::shared_ptr<ILayer>> layers;
     if (map)
         for (const auto& layer : map->AllLayers())
-            if (layer->Valid() && layer->Name() == name)
+            if (layer->Valid() && layer->Name() == name && std::dynamic_pointer_cast<IFeatureLayer>(layer))
                 layers.push_back(layer);
     return layers;
 }
