@@ -104,6 +104,40 @@ TEST(TerminalUI, CtrlCIsAClickOnStopAtTheNextEventPump) {
     ui.HideModeless(window);
 }
 
+TEST(TerminalUI, CtrlCAtAQuestionCancelsTheCommand) {
+    Terminal terminal("y\ny\n", true);
+    TerminalUI ui(terminal.console, Answer::Ask, ProgressStyle::None);
+    InterruptGuard guard;
+    RequestInterrupt(); // Ctrl-C while the prompt waits
+    EXPECT_EQ(ui.MessageBox("Overwrite it?", MsgBoxButtons::YesNo, MsgBoxIcon::Question, "File Exists:"),
+              MsgBoxResult::No);
+    EXPECT_TRUE(ui.Cancelled());
+    EXPECT_FALSE(InterruptPending()) << "taken here: it is no Stop for a progress window later";
+    // What follows from the cancel takes the safe answer unseen, and its fault report is not shown;
+    // the "y" typed ahead is never read as an answer.
+    const std::string shown = terminal.err.str();
+    EXPECT_EQ(ui.MessageBox("Again?", MsgBoxButtons::YesNo, MsgBoxIcon::Question, "Again:"), MsgBoxResult::No);
+    ui.ShowErrorWindow("Error 91: Object variable or With block variable not set");
+    EXPECT_EQ(terminal.err.str(), shown);
+    EXPECT_EQ(ui.Confirm("Replace it?"), std::nullopt);
+}
+
+TEST(TerminalUI, AnAnswerGivenBeforeTheRunAnswersItsQuestionOnce) {
+    Terminal terminal; // no terminal: a question would take No
+    TerminalUI ui(terminal.console, Answer::Ask, ProgressStyle::None);
+    ui.AnswerInAdvance("Feature Class Already Exists:", MsgBoxResult::Yes);
+    EXPECT_EQ(ui.MessageBox("Other?", MsgBoxButtons::YesNo, MsgBoxIcon::Question, "Other:"), MsgBoxResult::No);
+    const std::string shown = terminal.err.str();
+    EXPECT_EQ(ui.MessageBox("The Feature Class 'a.shp' already exists!", MsgBoxButtons::YesNo,
+                            MsgBoxIcon::Question, "Feature Class Already Exists:"),
+              MsgBoxResult::Yes);
+    EXPECT_EQ(terminal.err.str(), shown) << "not shown again";
+    EXPECT_EQ(ui.MessageBox("The Feature Class 'a.shp' already exists!", MsgBoxButtons::YesNo,
+                            MsgBoxIcon::Question, "Feature Class Already Exists:"),
+              MsgBoxResult::No);
+    EXPECT_EQ(ui.QuestionsDefaulted(), 2);
+}
+
 TEST(TerminalUI, DialogsWithoutDriverCloseAsCancelledAndSaySo) {
     Terminal terminal;
     auto ui = std::make_shared<TerminalUI>(terminal.console, Answer::Yes, ProgressStyle::None);
