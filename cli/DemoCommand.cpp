@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "CommandRun.h"
+#include "HostSession.h"
 #include "TextUtil.h"
 
 namespace tess::cli {
@@ -23,6 +24,12 @@ fs::path FindDataFolder(const std::string& given) {
         return given;
     if (fs::exists(fs::path("data") / kDemoDocument))
         return "data";
+    // Installed: beside the program's share folder.
+    if (const fs::path program = ProgramFolder(); !program.empty()) {
+        const fs::path installed = program.parent_path() / "share" / "tessarine" / "data";
+        if (fs::exists(installed / kDemoDocument))
+            return installed;
+    }
 #ifdef TESS_DEMO_DATA_DIR
     if (fs::exists(fs::path(TESS_DEMO_DATA_DIR) / kDemoDocument))
         return TESS_DEMO_DATA_DIR;

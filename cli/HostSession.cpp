@@ -32,13 +32,13 @@ public:
     bool group = false;
 };
 
+} // namespace
+
 fs::path ProgramFolder() {
     std::error_code error;
     const fs::path self = fs::read_symlink("/proc/self/exe", error);
     return error ? fs::path() : self.parent_path();
 }
-
-} // namespace
 
 std::string FindExtensionLibrary() {
     if (const char* given = std::getenv("TESS_EXTENSION_LIBRARY"); given && *given)
@@ -49,8 +49,11 @@ std::string FindExtensionLibrary() {
         candidates.push_back(folder.parent_path() / "lib" / kExtensionLibraryName);
         candidates.push_back(folder.parent_path() / "lib" / "tessarine" / kExtensionLibraryName);
     }
-#ifdef TESS_EXTENSION_BUILD_PATH
-    candidates.emplace_back(TESS_EXTENSION_BUILD_PATH);
+#if defined(TESS_EXTENSION_BUILD_PATH) && defined(TESS_BUILD_TREE)
+    // A program of the build tree finds the library the build made; an installed one never does.
+    const std::string program = ProgramFolder().string();
+    if (program.rfind(TESS_BUILD_TREE, 0) == 0)
+        candidates.emplace_back(TESS_EXTENSION_BUILD_PATH);
 #endif
     for (const fs::path& candidate : candidates) {
         std::error_code error;

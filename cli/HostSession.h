@@ -4,6 +4,7 @@
 // and the toolbar, menus and commands read as a host reads them.
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -38,6 +39,8 @@ struct ToolBar {
 //! Where the extension library is: $TESS_EXTENSION_LIBRARY, beside the program, in ../lib or
 //! ../lib/tessarine from it, or where the build made it. Empty when none of these exists.
 std::string FindExtensionLibrary();
+//! The folder of the running program; empty when it cannot be told.
+std::filesystem::path ProgramFolder();
 
 class HostSession {
 public:
