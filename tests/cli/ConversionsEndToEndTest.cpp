@@ -140,5 +140,25 @@ TEST_F(Conversions, ALayerOfTheWrongKindOrAShapeTheClassCannotHoldIsAFailure) {
     EXPECT_EQ(ReadFeatures(Data("wells.shp")).size(), wells);
 }
 
+TEST_F(Conversions, TheDemoRunsEveryConversionAndSavesAMapOfTheirOutputs) {
+    const ProcessResult run =
+        RunTessarine({"demo", "--data", (dir_.Path() / "data").string(), "--output", Out("shown")}, dir_.Path());
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    const char* outputs[] = {"parcels_vertices",     "parcels_label_points", "trails_midpoints",
+                             "parcels_spherical_centroids", "trails_polygons", "parcels_outlines",
+                             "parcels_parts",        "parcels_combined"};
+    for (const char* output : outputs)
+        EXPECT_FALSE(ReadFeatures(Out("shown/" + std::string(output) + ".shp")).empty()) << output;
+    EXPECT_NE(run.out.find("Tessarine demo, 8 of 8"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("Join Features Successful:"), std::string::npos) << run.out;
+
+    // The saved map holds every new layer, and a command can run on it again.
+    const ProcessResult again = RunTessarine({"centroids", "--doc", Out("shown/demo.map.json"), "--input",
+                                              "parcels_parts", "--output", Out("centres.shp")},
+                                             dir_.Path());
+    EXPECT_EQ(again.exitCode, 0) << again.err;
+    EXPECT_EQ(ReadFeatures(Out("centres.shp")).size(), ReadFeatures(Out("shown/parcels_parts.shp")).size());
+}
+
 } // namespace
 } // namespace tess::test
