@@ -271,6 +271,12 @@ std::vector<std::shared_ptr<Ring>> OrientAndOrder(const std::vector<std::shared_
 } // namespace
 
 void Polygon::Simplify() {
+    // Components of a simple polygon, results of the engine and shapes simplified before are
+    // left as they are: simplifying them again would cost an engine pass and change nothing.
+    if (SimplifyChangesNothing()) {
+        simplified_.reset();
+        return;
+    }
     if (simplified_ && simplifiedAt_ == LatestChange() && simplifiedWith_ == sr_.get()) {
         const std::shared_ptr<Polygon> done = std::move(simplified_);
         parts_.clear();
@@ -327,7 +333,7 @@ void Polygon::SimplifyInPlace() {
 }
 
 bool Polygon::IsSimple() const {
-    if (IsKnownSimple()) return true;
+    if (SimplifyChangesNothing()) return true;
     auto copy = std::make_shared<Polygon>(*this);
     copy->SimplifyInPlace();
     const bool simple = copy->IsEqual(*this);
