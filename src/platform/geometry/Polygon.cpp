@@ -141,7 +141,8 @@ std::shared_ptr<IGeometryBag> Polygon::InteriorRingBag(const IRing& exteriorRing
 std::shared_ptr<IGeometryBag> Polygon::ConnectedComponentBag() const {
     auto bag = std::make_shared<GeometryBag>();
     const std::vector<std::int32_t> owners = RingOwners();
-    const bool simple = IsKnownSimple();
+    // Components of a polygon simple under its tolerance are simple under the same tolerance.
+    const bool simple = SimplifyChangesNothing();
     for (std::size_t e = 0; e < parts_.size(); ++e) {
         if (owners[e] != static_cast<std::int32_t>(e)) continue;
         auto component = std::make_shared<Polygon>();

@@ -113,6 +113,9 @@ TEST(Simplify, AShapeKnownSimpleIsSimplifiedAgainUnderALargerTolerance) {
     polygon->Simplify();
     EXPECT_EQ(polygon->PointCount(), 6);
     polygon->SpatialReference(std::make_shared<testing::FakeReference>(0, 0, 1e4, 0.01));
+    // Nor are its components taken for simple.
+    const auto components = std::dynamic_pointer_cast<IGeometryCollection>(polygon->ConnectedComponentBag());
+    EXPECT_FALSE(std::dynamic_pointer_cast<Polygon>(components->Geometry(0))->IsKnownSimple());
     EXPECT_FALSE(polygon->IsSimple());
     polygon->Simplify();
     EXPECT_EQ(polygon->PointCount(), 5);
