@@ -11,7 +11,8 @@
 // tool writing those features has to pay, and an ogr2ogr copy of the input into
 // that kind, the floor of reading it. The counters are the wall times, the
 // ratios tessarine/QGIS (below 0.5 is twice as fast), tessarine/output copy and
-// tessarine/input copy, and tessarine's peak resident memory. A second benchmark
+// tessarine/input copy, the same ratios of processor time (user and system,
+// steadier on a shared machine), and tessarine's peak resident memory. A second benchmark
 // runs each tool on a quarter of the features: the peak memory should not grow
 // with the feature count.
 //
@@ -190,9 +191,12 @@ void MakeInputs() {
 }
 
 struct Measured {
-    double seconds = 0;
+    double seconds = 0;    //!< wall time
+    double cpuSeconds = 0; //!< user and system time: steadier than wall time on a shared machine
     double peakMegabytes = 0;
 };
+
+double SecondsOf(const timeval& t) { return static_cast<double>(t.tv_sec) + 1e-6 * static_cast<double>(t.tv_usec); }
 
 //! Runs the shell command and measures its wall time and its peak resident memory.
 Measured Run(const std::string& command) {
@@ -210,6 +214,7 @@ Measured Run(const std::string& command) {
         throw std::runtime_error("failed: " + command);
     Measured m;
     m.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    m.cpuSeconds = SecondsOf(usage.ru_utime) + SecondsOf(usage.ru_stime);
     constexpr double kKilobytesPerMegabyte = 1024.0;
     m.peakMegabytes = static_cast<double>(usage.ru_maxrss) / kKilobytesPerMegabyte;
     return m;
@@ -265,6 +270,7 @@ void BM_Conversion(benchmark::State& state, Tool tool, Kind kind) {
     const bool haveQgis = tool.qgis && fs::exists(kQgis);
     const std::string name = std::string("tess_") + tool.input;
     double tessTotal = 0, floorTotal = 0, inputTotal = 0, qgisTotal = 0, peak = 0;
+    double tessCpu = 0, floorCpu = 0, inputCpu = 0, qgisCpu = 0;
     for (auto _ : state) {
         FreshOutputFolder();
         const Place place = PlaceFor(kind, name);
@@ -276,12 +282,17 @@ void BM_Conversion(benchmark::State& state, Tool tool, Kind kind) {
         tessTotal += tess.seconds;
         floorTotal += floor.seconds;
         inputTotal += input.seconds;
+        tessCpu += tess.cpuSeconds;
+        floorCpu += floor.cpuSeconds;
+        inputCpu += input.cpuSeconds;
         peak = std::max(peak, tess.peakMegabytes);
-        if (haveQgis && !place.qgisOutput.empty())
-            qgisTotal += Run(std::string(kQgis) + " run " + tool.qgis + " -- INPUT=" +
-                             Quote(Folder() / (std::string(tool.input) + ".shp")) + " OUTPUT=" + Quote(place.qgisOutput) +
-                             " > /dev/null 2>&1")
-                             .seconds;
+        if (haveQgis && !place.qgisOutput.empty()) {
+            const Measured qgis = Run(std::string(kQgis) + " run " + tool.qgis + " -- INPUT=" +
+                                      Quote(Folder() / (std::string(tool.input) + ".shp")) +
+                                      " OUTPUT=" + Quote(place.qgisOutput) + " > /dev/null 2>&1");
+            qgisTotal += qgis.seconds;
+            qgisCpu += qgis.cpuSeconds;
+        }
     }
     const double n = static_cast<double>(state.iterations());
     state.counters["tessarine_s"] = tessTotal / n;
@@ -292,9 +303,12 @@ void BM_Conversion(benchmark::State& state, Tool tool, Kind kind) {
     state.counters["input_copy_s"] = inputTotal / n;
     state.counters["ratio_input_copy"] = tessTotal / inputTotal;
     state.counters["peak_MB"] = peak;
+    state.counters["cpu_ratio_floor"] = tessCpu / floorCpu;
+    state.counters["cpu_ratio_input_copy"] = tessCpu / inputCpu;
     if (qgisTotal > 0) {
         state.counters["qgis_s"] = qgisTotal / n;
         state.counters["ratio_qgis"] = tessTotal / qgisTotal;
+        state.counters["cpu_ratio_qgis"] = tessCpu / qgisCpu;
     } else if (!tool.qgis) {
         state.SetLabel("no QGIS equivalent");
     } else if (!haveQgis) {
