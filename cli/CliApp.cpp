@@ -503,9 +503,9 @@ private:
 
         commands_ = app.add_subcommand("commands", "Show the toolbar and menus as a map host shows them");
         commands_->footer(kCommandsExamples);
-        demo_ = app.add_subcommand("demo", "Run Shapes to Vertices on the bundled demo data into ./demo-output/");
+        demo_ = app.add_subcommand("demo", "Run each conversion on the bundled demo data into ./demo-output/");
         demo_->add_option("--data", demoOptions_.dataFolder,
-                          WithDefault("The folder of demo.map.json", "./data, else the sources' data/"))
+                          WithDefault("The folder of demo.map.json", "./data, else the installed or the sources' data/"))
             ->type_name("FOLDER");
         demo_->add_option("--output", demoOptions_.outputFolder, WithDefault("Where the outputs go", "demo-output"))
             ->type_name("FOLDER");

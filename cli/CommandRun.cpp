@@ -469,7 +469,9 @@ private:
             return Usage(ui_->UsageProblemText());
         const FriendlyCommand* entry = FindFriendlyCommand(options_.commandName);
         const bool ranNothing = entry && entry->dialog == DialogKind::LayerFields && ui_->ReportsShown() == 0;
-        if (ui_->ErrorShown() || ranNothing) {
+        // A run that refuses its input before making anything says so in its report alone.
+        const bool reportedFailure = ui_->ReportRtf().find(" Failed  !!!") != std::string::npos;
+        if (ui_->ErrorShown() || ranNothing || reportedFailure) {
             if (ui_->QuestionsDefaulted() > 0)
                 console_.err << "tessarine: a question took the safe answer, as there was no terminal to ask; "
                                 "--yes answers Yes\n";

@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "CommandRun.h"
+#include "CommandTable.h"
 #include "HostSession.h"
 #include "TextUtil.h"
 
@@ -15,9 +16,28 @@ namespace fs = std::filesystem;
 constexpr const char* kDemoDocument = "demo.map.json";
 // A dataset of the demo that make-demo-data writes; its absence means the script has not run.
 constexpr const char* kDemoProbe = "demo/parcels.shp";
-constexpr const char* kDemoLayer = "parcels";
-constexpr const char* kVertexOutput = "parcels_vertices";
 constexpr const char* kShapefileParts[] = {".shp", ".shx", ".dbf", ".prj", ".cpg"};
+
+//! One conversion of the demo: the command, the layer of the demo map it runs on, and the
+//! shapefile it writes.
+struct DemoStep {
+    const char* command;
+    const char* layer;
+    const char* output;
+};
+
+// Each conversion once, on a layer of the kind it takes. Trails carry a selection in the demo map;
+// every step converts all records.
+constexpr DemoStep kSteps[] = {
+    {"vertices", "parcels", "parcels_vertices"},
+    {"label-points", "parcels", "parcels_label_points"},
+    {"centroids", "trails", "trails_midpoints"},
+    {"spherical-centroids", "parcels", "parcels_spherical_centroids"},
+    {"to-polygons", "trails", "trails_polygons"},
+    {"to-polylines", "parcels", "parcels_outlines"},
+    {"split", "parcels", "parcels_parts"},
+    {"combine", "parcels", "parcels_combined"},
+};
 
 fs::path FindDataFolder(const std::string& given) {
     if (!given.empty())
@@ -59,30 +79,46 @@ ExitCode RunDemo(const DemoOptions& options, Console& console, const std::string
                     << '\n';
         return ExitCode::Failed;
     }
-    // The last demo's output goes, so that each run writes the same names.
-    for (const char* part : kShapefileParts)
-        fs::remove(output / (std::string(kVertexOutput) + part), error);
+    // The last demo's outputs go, so that each run writes the same names.
+    for (const DemoStep& step : kSteps)
+        for (const char* part : kShapefileParts)
+            fs::remove(output / (std::string(step.output) + part), error);
 
-    console.out << "Tessarine demo: \"Convert Shapes to Vertices\" on the layer \"" << kDemoLayer << "\" of "
-                << document.string() << "\n\n";
-    console.out.flush();
+    // Every step opens the map that the one before it saved, so the map gathers the new layers.
+    const std::string savedDocument = (output / kDemoDocument).string();
+    std::string currentDocument = document.string();
+    std::size_t number = 0;
+    for (const DemoStep& step : kSteps) {
+        const FriendlyCommand* entry = FindFriendlyCommand(step.command);
+        if (!entry) {
+            console.err << "tessarine: the demo's command " << Quoted(step.command) << " is not in the table\n";
+            return ExitCode::Failed;
+        }
+        ++number;
+        console.out << (number == 1 ? "" : "\n") << "Tessarine demo, " << number << " of " << std::size(kSteps)
+                    << ": \"" << entry->caption << "\" (tessarine " << step.command << ") on the layer \""
+                    << step.layer << "\" of " << currentDocument << "\n\n";
+        console.out.flush();
 
-    RunOptions run;
-    run.commandName = "Tessarine_ShapesToVertices";
-    run.documentPath = document.string();
-    run.inputLayer = kDemoLayer;
-    run.output = (output / (std::string(kVertexOutput) + ".shp")).string();
-    run.allFields = true;
-    run.records = RecordChoice::All;
-    run.answer = Answer::Yes;
-    run.save = true;
-    run.savePath = (output / kDemoDocument).string();
-    run.progress = options.progress;
-    const ExitCode code = RunCommand(run, console, libraryPath);
-    if (code == ExitCode::Success)
-        console.out << "\nThe vertices are in " << run.output << "; the map with the new layer is "
-                    << run.savePath << ".\n";
-    return code;
+        RunOptions run;
+        run.commandName = std::string(entry->commandName);
+        run.documentPath = currentDocument;
+        run.inputLayer = step.layer;
+        run.output = (output / (std::string(step.output) + ".shp")).string();
+        run.allFields = true;
+        run.records = RecordChoice::All;
+        run.answer = Answer::Yes;
+        run.save = true;
+        run.savePath = savedDocument;
+        run.progress = options.progress;
+        const ExitCode code = RunCommand(run, console, libraryPath);
+        if (code != ExitCode::Success)
+            return code;
+        currentDocument = savedDocument;
+    }
+    console.out << "\nThe outputs are in " << output.string() << "/; the map with the new layers is " << savedDocument
+                << ".\n";
+    return ExitCode::Success;
 }
 
 } // namespace tess::cli

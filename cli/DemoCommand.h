@@ -1,6 +1,7 @@
 #pragma once
-// `tessarine demo`: Shapes to Vertices on the bundled demo data, into
-// ./demo-output/, with the report printed. The demo grows as the tools land.
+// `tessarine demo`: each conversion in turn on the bundled demo data, into
+// ./demo-output/, with the reports printed and the map of the new layers saved
+// there.
 
 #include <string>
 

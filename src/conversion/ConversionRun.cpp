@@ -106,12 +106,18 @@ std::string ConversionRun::Execute(const ConversionRequest& request) {
         start_ = clock_();
         lastUpdate_ = start_;
         StartStatusBar();
-        if (request_.showProgress)
+        if (request_.showProgress && UsesProgressWindow())
             StartProgressWindow(start_);
 
         MarkLine();
         directory_ = ReturnDir(request_.outputPath);
         name_ = ReturnFilename(request_.outputPath);
+        if (auto geo = std::dynamic_pointer_cast<IGeoDataset>(input_))
+            inputReference_ = geo->SpatialReference();
+        // A refusal leaves the status bar and any progress window as they are, for the user to see
+        // where the run stood.
+        if (std::optional<std::string> refusal = Prepare(inputReference_))
+            return *refusal;
         BuildOutputFields();
         MarkLine();
         CreateOutput();
@@ -125,6 +131,8 @@ std::string ConversionRun::Execute(const ConversionRequest& request) {
                 statusBar_->HideProgressBar();
             return StopReport();
         }
+        MarkLine();
+        FinishFeatures();
         MarkLine();
         Finish();
         EndProgressWindow();
@@ -157,6 +165,7 @@ void ConversionRun::OpenInput() {
     input_ = request_.layer->FeatureClass();
     if (!document_ || !input_)
         throw Fault(fault::ObjectNotSet, kSource, "Object variable or With block variable not set");
+    inputShapeType_ = input_->ShapeType();
     if (request_.doAllRecords) {
         inputCursor_ = input_->Search(nullptr, true);
         count_ = input_->FeatureCount(nullptr);
@@ -242,11 +251,10 @@ void ConversionRun::CreateOutput() {
     bool isFeatureDataset = extension.IsFeatureDataset();
     std::string datasetName = extension.FeatDatasetName();
     std::shared_ptr<IEnvelope> extent;
-    std::shared_ptr<ISpatialReference> reference;
-    if (auto geo = std::dynamic_pointer_cast<IGeoDataset>(input_)) {
+    std::shared_ptr<ISpatialReference> reference = inputReference_;
+    if (auto geo = std::dynamic_pointer_cast<IGeoDataset>(input_))
         extent = geo->Extent();
-        reference = geo->SpatialReference();
-    }
+    OutputGeoreference(reference, extent);
     if (isFeatureDataset && kind != output_kind::Shapefile) {
         // The path names the dataset between the geodatabase and the class; the geodatabase is
         // the workspace to open.
@@ -288,6 +296,7 @@ void ConversionRun::PrepareTransfer() {
 bool ConversionRun::RunFeatureLoop() {
     inputCounter_ = 0;
     outputCounter_ = 0;
+    const AttributeReading reading = ReadsAttributes();
     for (std::shared_ptr<IFeature> feature = inputCursor_->NextFeature(); feature;
          feature = inputCursor_->NextFeature()) {
         ++inputCounter_;
@@ -302,6 +311,9 @@ bool ConversionRun::RunFeatureLoop() {
             statusBar_->StepProgressBar();
 
         MarkLine();
+        if (reading == AttributeReading::BeforeEmptyTest ||
+            (reading == AttributeReading::FirstFeature && inputCounter_ == 1))
+            LoadAttributes(*feature);
         std::shared_ptr<IGeometry> shape = feature->Shape();
         if (!shape)
             throw Fault(fault::ObjectNotSet, kSource, "Object variable or With block variable not set");
@@ -310,7 +322,8 @@ bool ConversionRun::RunFeatureLoop() {
             skipped_ = true;
             continue;
         }
-        LoadAttributes(*feature);
+        if (reading == AttributeReading::WithShape)
+            LoadAttributes(*feature);
         ProcessFeature(*feature, *shape);
     }
     return true;

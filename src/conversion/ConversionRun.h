@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <source_location>
 #include <string>
 #include <vector>
@@ -20,6 +21,7 @@ namespace tess {
 
 struct ConversionWords;
 class IApplication;
+class IEnvelope;
 class IFeature;
 class IFeatureBuffer;
 class IFeatureClass;
@@ -27,12 +29,13 @@ class IFeatureCursor;
 class IFeatureLayer;
 class IGeometry;
 class IMxDocument;
+class ISpatialReference;
 class IStatusBar;
 class IVariantArray;
 class clsExtension;
 class frmOrlProgressPercent;
 
-//! What a command hands its worker.
+//! What a command hands its worker: the choices the layer-and-fields dialog left.
 struct ConversionRequest {
     std::shared_ptr<IFeatureLayer> layer;
     //! IField objects of the layer's class to carry over, in order; may be null or empty.
@@ -80,8 +83,37 @@ protected:
     virtual bool FlushesWhileRunning() const { return false; }
     //! Whether the success report lists the features skipped for empty shapes.
     virtual bool ReportsSkippedFeatures() const { return true; }
+    //! False for a run that never opens the progress window, whatever it is asked (and so cannot
+    //! be stopped): the status bar alone shows how far it is.
+    virtual bool UsesProgressWindow() const { return true; }
+
+    //! When the carried-over values of the input are read.
+    enum class AttributeReading {
+        WithShape,       //!< for each feature whose shape is not empty, before its step
+        BeforeEmptyTest, //!< for each feature, before its shape is tested
+        FirstFeature,    //!< once, from the first feature, whatever its shape: every output takes those
+    };
+    virtual AttributeReading ReadsAttributes() const { return AttributeReading::WithShape; }
+
+    //! Called once the input and its reference are at hand, before any field or output is made:
+    //! the run fixes the values it needs from them. A report here ends the run at once, with
+    //! nothing created, and is the run's answer.
+    virtual std::optional<std::string> Prepare(const std::shared_ptr<ISpatialReference>& /*reference*/) {
+        return std::nullopt;
+    }
+    //! The reference and extent that the output is created with; the input's unless changed here.
+    virtual void OutputGeoreference(std::shared_ptr<ISpatialReference>& /*reference*/,
+                                    std::shared_ptr<IEnvelope>& /*extent*/) const {}
     //! Writes the output features of one input feature whose shape is not empty.
     virtual void ProcessFeature(IFeature& feature, IGeometry& shape) = 0;
+    //! After the last input feature (not after a stop): writes what the run gathered on the way.
+    virtual void FinishFeatures() {}
+
+    // What the steps read.
+    //! The input class's shape type, read once before the first feature.
+    esriGeometryType InputShapeType() const { return inputShapeType_; }
+    //! The input's spatial reference: the one that the run's new shapes take. May be null.
+    const std::shared_ptr<ISpatialReference>& InputReference() const { return inputReference_; }
 
     // What ProcessFeature writes through.
     //! The one output buffer, refilled for every output feature.
@@ -126,6 +158,8 @@ private:
     std::shared_ptr<IMxDocument> document_;
     std::shared_ptr<IFeatureClass> input_;
     std::shared_ptr<IFeatureCursor> inputCursor_;
+    std::shared_ptr<ISpatialReference> inputReference_;
+    esriGeometryType inputShapeType_ = esriGeometryNull;
     std::int32_t count_ = 0;
     std::shared_ptr<IStatusBar> statusBar_;
     std::string statusText_;

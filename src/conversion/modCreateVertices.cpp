@@ -71,19 +71,4 @@ std::string ConvertToVertices(const ConversionRequest& request) {
     return run.Execute(request);
 }
 
-std::string ConvertToVertices(const std::shared_ptr<IFeatureLayer>& layer,
-                              const std::shared_ptr<IVariantArray>& selectedFields, bool doAllRecords,
-                              const std::string& outputPath, const std::shared_ptr<IApplication>& application,
-                              const std::shared_ptr<clsExtension>& extension, bool showProgress, bool /*reserved*/) {
-    ConversionRequest request;
-    request.layer = layer;
-    request.selectedFields = selectedFields;
-    request.doAllRecords = doAllRecords;
-    request.outputPath = outputPath;
-    request.application = application;
-    request.extension = extension;
-    request.showProgress = showProgress;
-    return ConvertToVertices(request);
-}
-
 } // namespace tess

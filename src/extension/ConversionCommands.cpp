@@ -1,5 +1,6 @@
 #include "extension/ConversionCommands.h"
 
+#include "conversion/ConversionRun.h"
 #include "frame/ErrorHandling.h"
 #include "frame/clsExtension.h"
 
@@ -17,15 +18,17 @@ void ConversionCommand::OnClick() {
         if (!extension->ShouldContinue())
             return;
 
-        const bool doAllRecords = extension->DoAllRecords();
-        const std::string outputPath = extension->NewShapefileLocation();
-        const auto layer = extension->SelectedLayer();
-        const auto fields = extension->SelectedFields();
+        ConversionRequest request;
+        request.doAllRecords = extension->DoAllRecords();
+        request.outputPath = extension->NewShapefileLocation();
+        request.layer = extension->SelectedLayer();
+        request.selectedFields = extension->SelectedFields();
+        request.application = application_;
+        request.extension = extension;
         const std::int32_t count = extension->AnalysisRecordCount();
-        const bool showProgress = threshold_ ? count > *threshold_ : true;
+        request.showProgress = threshold_ ? count > *threshold_ : true;
 
-        const std::string report =
-            worker(layer, fields, doAllRecords, outputPath, application_, extension, showProgress, false);
+        const std::string report = worker(request);
         ShowReport(report);
 
         extension->SelectedFeatureClass(nullptr);

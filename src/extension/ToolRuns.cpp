@@ -8,19 +8,17 @@ namespace tess {
 
 ToolRuns BuiltInRuns() {
     ToolRuns runs;
-    // Tools join the table here as their layers land, one assignment each, e.g.
-    //   runs.ConvertToVertices = &ConvertToVertices;
-    // Until then the commands report that the tool is not available yet.
     runs.LayerFieldsDialog = [](const std::shared_ptr<IApplication>& application, std::int32_t option) {
         ShowLayerFieldsDialog(application, option, ManualPath());
     };
-    runs.ConvertToVertices = [](const std::shared_ptr<IFeatureLayer>& layer,
-                                const std::shared_ptr<IVariantArray>& selectedFields, bool doAllRecords,
-                                const std::string& outputPath, const std::shared_ptr<IApplication>& application,
-                                const std::shared_ptr<clsExtension>& extension, bool showProgress, bool reserved) {
-        return ConvertToVertices(layer, selectedFields, doAllRecords, outputPath, application, extension,
-                                 showProgress, reserved);
-    };
+    runs.ConvertToVertices = &ConvertToVertices;
+    runs.ConvertToLabelPoints = &ConvertToLabelPoints;
+    runs.ConvertToCentroids = &ConvertToCentroids;
+    runs.ConvertToSphericalCentroid = &ConvertToSphericalCentroid;
+    runs.PolylinesToPolygons = &PolylinesToPolygons;
+    runs.PolygonsToPolylines = &PolygonsToPolylines;
+    runs.SplitMultipart = &SplitMultipart;
+    runs.JoinFeatures = &JoinFeatures;
     return runs;
 }
 

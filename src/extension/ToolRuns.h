@@ -16,6 +16,7 @@ class IMxDocument;
 class IFeatureLayer;
 class IVariantArray;
 class clsExtension;
+struct ConversionRequest;
 
 //! Creates a dialog, gives it the application (its ArcApplication property), shows it modally and
 //! releases it.
@@ -27,13 +28,9 @@ using LayerFieldsDialogRun =
 //! output folder, output type, caption, instruction text.
 using GeoCentricDialogRun = std::function<void(const std::shared_ptr<IVariantArray>& setup)>;
 
-//! A conversion worker: layer, selected fields, all records (false: the selection), output path,
-//! application, extension, show-progress flag, a flag nobody reads (passed false). Returns the RTF
-//! report.
-using ConversionWorker = std::function<std::string(
-    const std::shared_ptr<IFeatureLayer>& layer, const std::shared_ptr<IVariantArray>& selectedFields,
-    bool doAllRecords, const std::string& outputPath, const std::shared_ptr<IApplication>& application,
-    const std::shared_ptr<clsExtension>& extension, bool showProgress, bool reserved)>;
+//! A conversion worker: the layer, fields, records, output and progress choice of the request.
+//! Returns the RTF report.
+using ConversionWorker = std::function<std::string(const ConversionRequest& request)>;
 
 //! The calculator's run over the geometry options of its dialog; returns the RTF report.
 using GeometryWorker = std::function<std::string(const std::shared_ptr<IVariantArray>& geometryOptions,

@@ -53,72 +53,8 @@ std::vector<VertexRecord> ReadVertices(IFeatureClass& output, const std::vector<
     return records;
 }
 
-//! A clock that moves one second on every reading, so that every record passes the
-//! once-a-second test of the feature loop.
-Clock SteppingClock() {
-    auto now = std::make_shared<DateValue>(DateFromCalendar(CalendarTime{2024, 3, 5, 10, 0, 0.0}));
-    return [now] {
-        *now = DateAddSeconds(*now, 1);
-        return *now;
-    };
-}
-
-//! The scripted UI, plus the progress window as a person sees it: shown modeless, and Stop
-//! pressed at a chosen turn of the event pump.
-class ProgressUI final : public IUIServices {
-public:
-    explicit ProgressUI(std::shared_ptr<ScriptedUI> inner) : inner_(std::move(inner)) {}
-
-    std::function<bool()> stopWhen; //!< pressed Stop at the first pump where this holds
-    Form* window = nullptr;        //!< the last form shown modeless
-    int pumps = 0;
-
-    MsgBoxResult MessageBox(const std::string& t, MsgBoxButtons b, MsgBoxIcon i, const std::string& title) override {
-        return inner_->MessageBox(t, b, i, title);
-    }
-    void ShowErrorWindow(const std::string& text) override { inner_->ShowErrorWindow(text); }
-    void Beep() override { inner_->Beep(); }
-    void DoEvents() override {
-        ++pumps;
-        if (window && stopWhen && stopWhen()) {
-            window->Fire("cmdStop", FormEvent::Click);
-            stopWhen = nullptr;
-        }
-    }
-    bool OpenDocument(const std::string& path) override { return inner_->OpenDocument(path); }
-    void ShowModal(Form& form) override { inner_->ShowModal(form); }
-    void ShowModeless(Form& form) override {
-        window = &form;
-        inner_->ShowModeless(form);
-    }
-    void HideModeless(Form& form) override { inner_->HideModeless(form); }
-    std::optional<BrowseResult> Browse(const BrowseRequest& request) override { return inner_->Browse(request); }
-    std::shared_ptr<ISpatialReference> ChooseSpatialReference(const std::shared_ptr<ISpatialReference>& s) override {
-        return inner_->ChooseSpatialReference(s);
-    }
-    void SetMousePointer(MousePointer pointer) override { inner_->SetMousePointer(pointer); }
-    double ScreenWidth() const override { return inner_->ScreenWidth(); }
-    double ScreenHeight() const override { return inner_->ScreenHeight(); }
-    void CopyToClipboard(const std::string& r, const std::string& h, const std::string& t) override {
-        inner_->CopyToClipboard(r, h, t);
-    }
-    bool PrintReport(const std::string& rtf, const std::string& title) override {
-        return inner_->PrintReport(rtf, title);
-    }
-
-private:
-    std::shared_ptr<ScriptedUI> inner_;
-};
-
-class VerticesTest : public HostTest {
+class VerticesTest : public ConversionTest {
 protected:
-    void SetUp() override {
-        HostTest::SetUp();
-        std::filesystem::create_directories(dir_ / "in");
-        std::filesystem::create_directories(dir_ / "out");
-        input_ = ShapefileFolder(dir_ / "in");
-    }
-
     //! A polygon class "parcels" with NAME and POP: feature 0 has two parts, one with a hole;
     //! feature 1 is a lone square.
     std::shared_ptr<IFeatureClass> MakeParcels() {
@@ -133,36 +69,11 @@ protected:
         return parcels;
     }
 
-    std::shared_ptr<IVariantArray> SelectFields(const IFeatureClass& featureClass,
-                                                const std::vector<std::string>& names) {
-        auto fields = std::make_shared<VarArray>();
-        for (const auto& name : names)
-            fields->Add(featureClass.Fields()->Field(featureClass.FindField(name)));
-        return fields;
-    }
-
-    //! What the dialog leaves for the worker about the kind of output.
-    void OutputKind(const std::string& directoryType, bool inDataset = false, const std::string& dataset = "") {
-        extension_->DirectoryType(directoryType);
-        extension_->IsFeatureDataset(inDataset);
-        extension_->FeatDatasetName(dataset);
-    }
-
+    using ConversionTest::Run;
     std::string Run(const std::shared_ptr<IFeatureLayer>& layer, const std::shared_ptr<IVariantArray>& fields,
                     bool doAll, const std::string& outputPath, bool showProgress = false, Clock clock = {}) {
-        ConversionRequest request;
-        request.layer = layer;
-        request.selectedFields = fields;
-        request.doAllRecords = doAll;
-        request.outputPath = outputPath;
-        request.application = app_;
-        request.extension = extension_;
-        request.showProgress = showProgress;
-        request.clock = std::move(clock);
-        return ConvertToVertices(request);
+        return Run(&ConvertToVertices, layer, fields, doAll, outputPath, showProgress, std::move(clock));
     }
-
-    std::shared_ptr<IFeatureWorkspace> input_;
 };
 
 std::string LastPart(const std::string& path) { return path.substr(path.find_last_of('/') + 1); }

@@ -12,6 +12,7 @@
 #include "ExtensionTestSupport.h"
 #include "extension/ClassTable.h"
 #include "extension/ComponentContract.h"
+#include "conversion/ConversionRun.h"
 #include "extension/ConversionCommands.h"
 #include "extension/ToolCommands.h"
 #include "platform/carto/FeatureLayer.h"
@@ -29,14 +30,6 @@ std::shared_ptr<ICommand> Make(const std::string& className) {
 }
 
 //! What a stand-in conversion worker was given.
-struct ConversionCall {
-    std::shared_ptr<IFeatureLayer> layer;
-    std::shared_ptr<IVariantArray> fields;
-    bool doAll = false;
-    std::string path;
-    bool showProgress = false;
-    bool reserved = true;
-};
 
 class ToolCommandsTest : public test::HostTest {
 protected:
@@ -98,18 +91,14 @@ TEST_F(ToolCommandsTest, ConversionsRunTheirWorkerWithTheDialogsChoicesAndTheirP
         for (std::int32_t count : {edge, edge + 1}) {
             SCOPED_TRACE(std::string(c.className) + " count " + std::to_string(count));
             std::int32_t dialogOption = -1;
-            std::optional<ConversionCall> call;
+            std::optional<ConversionRequest> call;
             Runs().LayerFieldsDialog = [&](const std::shared_ptr<IApplication>& application, std::int32_t option) {
                 EXPECT_EQ(application, std::static_pointer_cast<IApplication>(app_));
                 dialogOption = option;
                 Answer(true, count);
             };
-            Runs().*c.worker = [&](const std::shared_ptr<IFeatureLayer>& l, const std::shared_ptr<IVariantArray>& f,
-                                   bool doAll, const std::string& path, const std::shared_ptr<IApplication>& a,
-                                   const std::shared_ptr<clsExtension>& e, bool showProgress, bool reserved) {
-                EXPECT_EQ(a, std::static_pointer_cast<IApplication>(app_));
-                EXPECT_EQ(e, extension_);
-                call = ConversionCall{l, f, doAll, path, showProgress, reserved};
+            Runs().*c.worker = [&](const ConversionRequest& request) {
+                call = request;
                 return std::string(kReport);
             };
             Document()->SetClean();
@@ -122,11 +111,13 @@ TEST_F(ToolCommandsTest, ConversionsRunTheirWorkerWithTheDialogsChoicesAndTheirP
             EXPECT_EQ(dialogOption, c.option);
             ASSERT_TRUE(call);
             EXPECT_EQ(call->layer, layer);
-            EXPECT_EQ(call->fields, fields);
-            EXPECT_TRUE(call->doAll);
-            EXPECT_EQ(call->path, "/out/vertices.shp");
+            EXPECT_EQ(call->selectedFields, fields);
+            EXPECT_TRUE(call->doAllRecords);
+            EXPECT_EQ(call->outputPath, "/out/vertices.shp");
+            EXPECT_EQ(call->application, std::static_pointer_cast<IApplication>(app_));
+            EXPECT_EQ(call->extension, extension_);
             EXPECT_EQ(call->showProgress, !c.threshold || count > *c.threshold);
-            EXPECT_FALSE(call->reserved);
+            EXPECT_FALSE(call->clock); // the worker's own clock
             EXPECT_EQ(reports, std::vector<std::string>{kReport});
             // Cleared after the run; the input layer stays for the next dialog.
             EXPECT_EQ(extension_->SelectedFields(), nullptr);
@@ -142,7 +133,7 @@ TEST_F(ToolCommandsTest, ConversionsRunTheirWorkerWithTheDialogsChoicesAndTheirP
 TEST_F(ToolCommandsTest, CancellingAConversionRunsNothingShowsNothingAndLeavesTheDocumentClean) {
     bool ran = false;
     Runs().LayerFieldsDialog = [&](const std::shared_ptr<IApplication>&, std::int32_t) { Answer(false, 0); };
-    Runs().ConvertToCentroids = [&](auto&&...) {
+    Runs().ConvertToCentroids = [&](const ConversionRequest&) {
         ran = true;
         return std::string(kReport);
     };
@@ -159,7 +150,7 @@ TEST_F(ToolCommandsTest, CancellingAConversionRunsNothingShowsNothingAndLeavesTh
 
 TEST_F(ToolCommandsTest, AFailingWorkerIsReportedAndLeavesTheExtensionAsItStood) {
     Runs().LayerFieldsDialog = [&](const std::shared_ptr<IApplication>&, std::int32_t) { Answer(true, 3); };
-    Runs().SplitMultipart = [&](auto&&...) -> std::string {
+    Runs().SplitMultipart = [&](const ConversionRequest&) -> std::string {
         throw Fault(fault::DataFailed, "modCreateVertices", "disk full");
     };
     auto command = Make("clsConvertSplit");

@@ -141,7 +141,8 @@ std::shared_ptr<IGeometryBag> Polygon::InteriorRingBag(const IRing& exteriorRing
 std::shared_ptr<IGeometryBag> Polygon::ConnectedComponentBag() const {
     auto bag = std::make_shared<GeometryBag>();
     const std::vector<std::int32_t> owners = RingOwners();
-    const bool simple = IsKnownSimple();
+    // Components of a polygon simple under its tolerance are simple under the same tolerance.
+    const bool simple = SimplifyChangesNothing();
     for (std::size_t e = 0; e < parts_.size(); ++e) {
         if (owners[e] != static_cast<std::int32_t>(e)) continue;
         auto component = std::make_shared<Polygon>();
@@ -271,6 +272,12 @@ std::vector<std::shared_ptr<Ring>> OrientAndOrder(const std::vector<std::shared_
 } // namespace
 
 void Polygon::Simplify() {
+    // Components of a simple polygon, results of the engine and shapes simplified before are
+    // left as they are: simplifying them again would cost an engine pass and change nothing.
+    if (SimplifyChangesNothing()) {
+        simplified_.reset();
+        return;
+    }
     if (simplified_ && simplifiedAt_ == LatestChange() && simplifiedWith_ == sr_.get()) {
         const std::shared_ptr<Polygon> done = std::move(simplified_);
         parts_.clear();
@@ -327,7 +334,7 @@ void Polygon::SimplifyInPlace() {
 }
 
 bool Polygon::IsSimple() const {
-    if (IsKnownSimple()) return true;
+    if (SimplifyChangesNothing()) return true;
     auto copy = std::make_shared<Polygon>(*this);
     copy->SimplifyInPlace();
     const bool simple = copy->IsEqual(*this);

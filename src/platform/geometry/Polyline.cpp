@@ -21,16 +21,15 @@ bool HasLength(const detail::PartData& part) {
 } // namespace
 
 bool Polyline::IsSimple() const {
+    if (SimplifyChangesNothing()) return true;
     const double tolerance = detail::ClusterTolerance(sr_);
-    for (const auto& part : parts_) {
-        if (!HasLength(part->Data())) return false;
-        const detail::PartData clean = detail::WithoutShortSegments(part->Data(), tolerance);
-        if (!(clean.vertices == part->Data().vertices) || !(clean.curves == part->Data().curves)) return false;
-    }
+    for (const auto& part : parts_)
+        if (!HasLength(part->Data()) || detail::HasShortSegments(part->Data(), tolerance)) return false;
     return true;
 }
 
 void Polyline::Simplify() {
+    if (SimplifyChangesNothing()) return;
     const double tolerance = detail::ClusterTolerance(sr_);
     std::vector<std::shared_ptr<Path>> kept;
     for (auto& part : parts_) {

@@ -106,6 +106,45 @@ TEST(Simplify, VerticesWithinTheClusterToleranceGo) {
     EXPECT_EQ(polygon->PointCount(), 5);
 }
 
+TEST(Simplify, AShapeKnownSimpleIsSimplifiedAgainUnderALargerTolerance) {
+    // Simple without a reference; a reference whose tolerance swallows the short segments makes
+    // the known-simple state stale.
+    const auto polygon = Wkt<Polygon>("POLYGON((0 0, 0 10, 0.001 10.001, 10 10, 10 0, 0 0))");
+    polygon->Simplify();
+    EXPECT_EQ(polygon->PointCount(), 6);
+    polygon->SpatialReference(std::make_shared<testing::FakeReference>(0, 0, 1e4, 0.01));
+    // Nor are its components taken for simple.
+    const auto components = std::dynamic_pointer_cast<IGeometryCollection>(polygon->ConnectedComponentBag());
+    EXPECT_FALSE(std::dynamic_pointer_cast<Polygon>(components->Geometry(0))->IsKnownSimple());
+    EXPECT_FALSE(polygon->IsSimple());
+    polygon->Simplify();
+    EXPECT_EQ(polygon->PointCount(), 5);
+
+    const auto line = Wkt<Polyline>("LINESTRING(0 0, 5 5, 5.001 5, 9 9)");
+    line->Simplify();
+    EXPECT_EQ(line->PointCount(), 4);
+    line->SpatialReference(std::make_shared<testing::FakeReference>(0, 0, 1e4, 0.01));
+    EXPECT_FALSE(line->IsSimple());
+    line->Simplify();
+    EXPECT_EQ(line->PointCount(), 3);
+}
+
+TEST(Simplify, ASegmentAsLongAsTheToleranceIsShort) {
+    // 3-4-5: the first segment is 5 long exactly. At a tolerance of 5 it goes, just under 5 it stays.
+    struct Case {
+        double tolerance;
+        std::int32_t points;
+    };
+    for (const Case c : {Case{5.0, 2}, Case{5.0 * (1 - 1e-15), 3}, Case{5.0 * (1 + 1e-15), 2}}) {
+        SCOPED_TRACE(c.tolerance);
+        const auto line = Wkt<Polyline>("LINESTRING(0 0, 3 4, 20 4)");
+        line->SpatialReference(std::make_shared<testing::FakeReference>(0, 0, 1e4, c.tolerance));
+        EXPECT_EQ(line->IsSimple(), c.points == 3);
+        line->Simplify();
+        EXPECT_EQ(line->PointCount(), c.points);
+    }
+}
+
 struct CollapseCase {
     const char* name;
     const char* wkt;

@@ -10,6 +10,8 @@ namespace tess::detail {
 //! of the last kept vertex is dropped, a true curve when its length is within tolerance. With a
 //! tolerance of 0 only exactly repeated vertices go.
 PartData WithoutShortSegments(const PartData& part, double tolerance);
+//! Whether WithoutShortSegments would drop anything from the part.
+bool HasShortSegments(const PartData& part, double tolerance);
 //! As above for a ring, which is closed first and stays closed.
 PartData CleanRing(const PartData& ring, double tolerance);
 

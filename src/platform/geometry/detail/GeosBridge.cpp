@@ -126,7 +126,7 @@ std::vector<WKSPoint> Dense(const PartData& part) {
 GeomPtr PolygonToGeos(const Polygon& input) {
     std::shared_ptr<Polygon> simplified;
     const Polygon* p = &input;
-    if (!input.IsKnownSimple()) {
+    if (!input.SimplifyChangesNothing()) {
         simplified = std::make_shared<Polygon>(input);
         simplified->Simplify();
         p = simplified.get();

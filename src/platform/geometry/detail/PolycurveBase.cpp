@@ -21,6 +21,7 @@ PolycurveBase<I, P>::PolycurveBase(const PolycurveBase& other)
     for (const auto& part : other.parts_) parts_.push_back(std::make_shared<P>(*part));
     knownSimple_ = other.KnownSimpleState();
     simpleStamp_ = NextStamp();
+    simpleTolerance_ = other.simpleTolerance_;
 }
 
 template <class I, class P> void PolycurveBase<I, P>::AddPart(std::shared_ptr<P> part) {
@@ -423,6 +424,12 @@ template <class I, class P> bool PolycurveBase<I, P>::KnownSimpleState() const {
 template <class I, class P> void PolycurveBase<I, P>::MarkKnownSimple(bool simple) {
     knownSimple_ = simple;
     simpleStamp_ = NextStamp();
+    simpleTolerance_ = ClusterTolerance(sr_);
+}
+
+template <class I, class P> bool PolycurveBase<I, P>::SimplifyChangesNothing() const {
+    // A reference of a larger tolerance may find segments short that were not before.
+    return KnownSimpleState() && ClusterTolerance(sr_) <= simpleTolerance_;
 }
 
 template <class I, class P> std::uint64_t PolycurveBase<I, P>::LatestChange() const {

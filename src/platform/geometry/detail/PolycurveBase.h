@@ -106,7 +106,11 @@ public:
 
     //! Known simple: set by Simplify, cleared when the shape or any of its parts changes.
     bool KnownSimpleState() const;
+    //! Marks the shape as simple (or not) under the cluster tolerance of its present reference.
     void MarkKnownSimple(bool simple);
+    //! Known simple under a tolerance at least that of the present reference: simplifying again
+    //! would change nothing.
+    bool SimplifyChangesNothing() const;
     //! A stamp that grows whenever the shape or any of its parts changes.
     std::uint64_t LatestChange() const;
 
@@ -129,6 +133,7 @@ protected:
     std::shared_ptr<ISpatialReference> sr_;
     bool knownSimple_ = false;
     std::uint64_t simpleStamp_ = 0;
+    double simpleTolerance_ = 0.0; //!< the cluster tolerance that the known-simple state holds for
     std::uint64_t changeStamp_ = NextStamp();
 };
 
