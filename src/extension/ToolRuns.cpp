@@ -3,6 +3,9 @@
 #include "conversion/frmLayerFields.h"
 #include "conversion/modCreateVertices.h"
 #include "extension/ComponentFolder.h"
+#include "graphics/frmGraphicsShapefile.h"
+#include "graphics/frmNameElements.h"
+#include "graphics/frmSelectGraphics.h"
 
 namespace tess {
 
@@ -21,6 +24,9 @@ ToolRuns BuiltInRuns() {
         return ConvertToVertices(layer, selectedFields, doAllRecords, outputPath, application, extension,
                                  showProgress, reserved);
     };
+    runs.GraphicsShapefileDialog = [](const auto& application) { ShowGraphicsShapefileDialog(application, ManualPath()); };
+    runs.SelectGraphicsDialog = [](const auto& application) { ShowSelectGraphicsDialog(application, ManualPath()); };
+    runs.NameElementsDialog = [](const auto& application) { ShowNameElementsDialog(application, ManualPath()); };
     return runs;
 }
 
