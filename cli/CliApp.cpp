@@ -11,6 +11,7 @@
 #include "CommandsListing.h"
 #include "DemoCommand.h"
 #include "GeodCommand.h"
+#include "GraphicsDrivers.h"
 #include "TextUtil.h"
 
 #ifndef TESS_VERSION
@@ -299,6 +300,10 @@ private:
             if (words.size() > 1 && words.front() != "graphics")
                 continue;
             CLI::App* sub = parent->add_subcommand(words.back(), Describe(entry));
+            if (IsGraphicsTool(entry.dialog)) {
+                graphicsTools_[sub] = AddGraphicsToolOptions(*sub, entry);
+                continue;
+            }
             auto& options = documents_[sub];
             options.run.commandName = std::string(entry.commandName);
             const bool withDialog = entry.dialog != DialogKind::None;
@@ -308,6 +313,10 @@ private:
             AddRunOptions(*sub, options, withDialog);
             sub->footer(Footer(entry));
         }
+
+        CLI::App* list = nullptr;
+        std::unique_ptr<GraphicsToolOptions> listOptions = AddGraphicsList(*graphics_, list);
+        graphicsTools_[list] = std::move(listOptions);
 
         geod_ = app.add_subcommand("geod", "Geodesic distances and positions on a spheroid (Vincenty)");
         geod_->require_subcommand(0, 1);
@@ -341,6 +350,9 @@ private:
         for (auto& [sub, options] : geodOptions_)
             if (*sub)
                 return static_cast<int>(RunGeod(options, console_));
+        for (auto& [sub, options] : graphicsTools_)
+            if (*sub)
+                return static_cast<int>(RunGraphicsTool(*sub, *options, console_));
         for (auto& [sub, options] : documents_) {
             if (!*sub)
                 continue;
@@ -373,6 +385,7 @@ private:
     CLI::App* geod_ = nullptr;
     CLI::App* spheroids_ = nullptr;
     std::map<CLI::App*, DocumentOptions> documents_;
+    std::map<CLI::App*, std::unique_ptr<GraphicsToolOptions>> graphicsTools_;
     std::map<CLI::App*, GeodOptions> geodOptions_;
 };
 

@@ -196,6 +196,8 @@ private:
         ChooseInputLayer(app, options_, firstGiven);
 
         ui_->RegisterDriver("frmLayerFields", MakeLayerFieldsDriver(options_, *ui_, app.MxDoc()->FocusMapObject()));
+        if (options_.dialogDrivers)
+            options_.dialogDrivers(*ui_, app.MxDoc());
         {
             std::shared_ptr<ICommand> command = session.CreateCommand(progId);
             if (!command)
@@ -229,7 +231,9 @@ private:
         if (!ui_->UsageProblemText().empty())
             return Usage(ui_->UsageProblemText());
         const FriendlyCommand* entry = FindFriendlyCommand(options_.commandName);
-        const bool ranNothing = entry && entry->dialog == DialogKind::LayerFields && ui_->ReportsShown() == 0;
+        const bool reports = entry && (entry->dialog == DialogKind::LayerFields ||
+                                       entry->dialog == DialogKind::GraphicsShapefile);
+        const bool ranNothing = reports && ui_->ReportsShown() == 0;
         if (ui_->ErrorShown() || ranNothing) {
             if (ui_->QuestionsDefaulted() > 0)
                 console_.err << "tessarine: a question took the safe answer, as there was no terminal to ask; "
