@@ -15,6 +15,7 @@
 #include "platform/system/Collection.h"
 #include "platform/system/Fault.h"
 #include "platform/ui/UIServices.h"
+#include "support/AnchorObjectList.h"
 #include "support/GeneralHelpers.h"
 #include "support/QuickSort.h"
 
@@ -302,7 +303,26 @@ void frmSelectGraphics::Form_Load() {
         // Modal windows of the hosts stay above the main window by themselves.
         Left = UI().ScreenWidth() / 2 - Width / 2;
         Top = UI().ScreenHeight() / 2 - Height / 2;
+        // The kinds keep their place; the names take the room the window gains.
+        anchors_ = std::make_unique<AnchorObjectList>(*this);
+        for (const TypeRow& type : kTypes)
+            anchors_->Item(Ctl(type.box)).SetAnchors(enumStartSize, enumStartSize);
+        anchors_->Item(Ctl("lblInstructions")).SetAnchors(enumStartSize, enumStartSize);
+        for (const char* name : {"lblSelByName", "lblSelFromList"})
+            anchors_->Item(Ctl(name)).SetAnchors(enumStartEnd, enumStartSize);
+        for (const char* name : {"lbxNamesActive", "lbxNamesInactive"})
+            anchors_->Item(Ctl(name)).SetAnchors(enumStartEnd, enumStartEnd);
+        for (const char* name : {"lblTypeName", "txtName", "lblWildcards"})
+            anchors_->Item(Ctl(name)).SetAnchors(enumStartEnd, enumSizeEnd);
+        anchors_->Item(Ctl("cmdHelp")).SetAnchors(enumStartSize, enumSizeEnd);
+        for (const char* name : {"cmdOK", "cmdClose"})
+            anchors_->Item(Ctl(name)).SetAnchors(enumSizeEnd, enumSizeEnd);
     });
+}
+
+void frmSelectGraphics::Form_Resize() {
+    if (anchors_)
+        anchors_->DoAnchors();
 }
 
 void frmSelectGraphics::Form_Unload() {

@@ -13,6 +13,7 @@
 
 namespace tess {
 
+class AnchorObjectList;
 class Collection;
 class IApplication;
 class IElement;
@@ -46,6 +47,7 @@ public:
 protected:
     void Form_Load() override;
     void Form_Unload() override;
+    void Form_Resize() override;
 
 private:
     void cmdOK_Click();
@@ -63,6 +65,7 @@ private:
     std::shared_ptr<Collection> nameByLine_;       // list line -> name
     bool anyName_ = false;
     std::string manualPath_;
+    std::unique_ptr<AnchorObjectList> anchors_;
 };
 
 void ShowSelectGraphicsDialog(const std::shared_ptr<IApplication>& application, const std::string& manualPath);
