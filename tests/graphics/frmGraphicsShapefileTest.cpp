@@ -313,10 +313,11 @@ TEST_F(GraphicsShapefileTest, PolylinesGetGeodesicLengthsAndPolygonsBecomeTheirO
     ASSERT_EQ(features.size(), 6u); // two polylines, then four polygon outlines
     for (const Feature& f : features)
         EXPECT_NEAR(f.values.at("Length").ToDouble(), GeodesicLength(f.points), kLengthTolerance);
-    // The straight road keeps its three vertices; the half circle becomes straight pieces: at
-    // least 8, and its share of 200 by length.
+    // The straight road keeps its three vertices. The half circle of radius 0.5 after a line of 1
+    // gets its share of 200 pieces by length: Int(pi/2 / (1 + pi/2) * 200) = 122, after the
+    // line's two vertices.
     EXPECT_EQ(features[0].points.size(), 3u);
-    EXPECT_GT(features[1].points.size(), 2u + 8u);
+    EXPECT_EQ(features[1].points.size(), 2u + 122u);
     EXPECT_EQ(features[0].values.at("Name").ToString(), "Road");
     EXPECT_EQ(features[2].values.at("Name").ToString(), "Field");
     EXPECT_NE(report_.find(R"(2 polyline graphics\par)"), std::string::npos);
@@ -393,6 +394,34 @@ TEST_F(GraphicsShapefileTest, AProjectedPolygonIsMeasuredInItsGeographicBase) {
     // Not the planar 1e8 m^2 of the projected square (the scale factor makes a difference).
     EXPECT_GT(std::abs(area - 1e8), 1e4);
     EXPECT_NE(report_.find(R"(   1] Block  (2 elements)\par)"), std::string::npos) << report_;
+}
+
+TEST_F(GraphicsShapefileTest, ShapesWithoutReferenceAreLabelledWithTheMapsGeographicBaseNotMoved) {
+    // On a geographic map a bare point is taken to be in the map's degrees.
+    FocusMap()->SpatialReference(Wgs84());
+    auto marker = std::make_shared<MarkerElement>();
+    marker->Geometry(std::make_shared<Point>(15.0, 0.0)); // on zone 33N's central meridian
+    Add(marker);
+    auto form = Open();
+    ui_->QueueSpatialReference(Utm33N());
+    form->Fire("cmdSpRef", FormEvent::Click);
+    Convert(*form, 0, false, dir_ / "bare.shp");
+    std::vector<Feature> features = ReadBack(NewClass());
+    ASSERT_EQ(features.size(), 1u);
+    constexpr double kFalseEasting = 500000.0; // metres
+    constexpr double kProjectionTolerance = 1e-6; // metres
+    EXPECT_NEAR(features[0].points[0].X, kFalseEasting, kProjectionTolerance);
+    EXPECT_NEAR(features[0].points[0].Y, 0.0, kProjectionTolerance);
+    EXPECT_EQ(FieldNames(*NewClass()), (std::vector<std::string>{"FID", "Shape", "Unique_ID", "X_Coord", "Y_Coord"}));
+
+    // On a projected map the label is the projection's geographic base: the numbers stay, read as degrees.
+    FocusMap()->SpatialReference(Utm33N());
+    auto projected = Open();
+    EXPECT_EQ(projected->OutputSpatialReference()->Name(), "WGS_1984_UTM_Zone_33N");
+    Convert(*projected, 0, false, dir_ / "bare2.shp");
+    features = ReadBack(NewClass());
+    ASSERT_EQ(features.size(), 1u);
+    EXPECT_NEAR(features[0].points[0].X, kFalseEasting, kProjectionTolerance);
 }
 
 TEST_F(GraphicsShapefileTest, AnEmptySetAsksToGoBackAndAnExistingOutputCanBeKept) {
