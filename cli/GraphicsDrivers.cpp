@@ -428,7 +428,7 @@ std::unique_ptr<GraphicsToolOptions> AddGraphicsToolOptions(CLI::App& sub, const
     switch (entry.dialog) {
     case DialogKind::GraphicsShapefile: {
         auto* empty = sub.add_option("--empty", o->empty, "Make an empty feature class of this geometry")
-                          ->check(CLI::IsMember({"point", "polyline", "polygon"}, CLI::ignore_case))
+                          ->check(CLI::IsMember({"point", "polyline", "polygon"}, CLI::ignore_case).description(""))
                           ->type_name("point|polyline|polygon");
         auto* convert = sub.add_option("--convert", o->convert, "Convert the map's graphics by this line of the "
                                                                 "dialog (see below)")
