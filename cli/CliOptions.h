@@ -21,8 +21,9 @@ class TerminalUI;
 enum class ExitCode : int {
     Success = 0,
     Failed = 1,  //!< the run failed (a fault report was shown)
-    Usage = 2,   //!< unknown command or layer, missing folder, unreadable document...
-    Stopped = 3, //!< the user stopped the run; what was written so far stays
+    Usage = 2,   //!< bad usage or nothing run: unknown command or layer, missing folder, an output
+                 //!< not to be replaced, a condition that selects nothing, a command given nothing
+    Stopped = 3, //!< the user stopped the run (what was written so far stays) or cancelled at a question
 };
 
 //! How questions of the system (Yes/No, OK/Cancel) are answered.
@@ -58,7 +59,7 @@ struct RunOptions {
     std::string commandName;          //!< the command's Name, e.g. "Tessarine_ShapesToVertices"
     std::string documentPath;         //!< --doc: the map document to open
     std::vector<LayerSource> layers;  //!< --layer: datasets added to the map, in the order given
-    std::string inputLayer;           //!< --input: the layer the command works on; empty: the first
+    std::string inputLayer;           //!< --input: the layer to work on, NAME or NAME:N; empty: the first
     std::string output;               //!< --output: the new feature class; empty: the dialog's proposal
     std::vector<std::string> fields;  //!< --fields: attribute fields to carry over, by name or alias
     bool allFields = false;           //!< --all-fields

@@ -18,12 +18,16 @@ enum class DialogKind {
     Unsupported, //!< a dialog the host cannot answer yet; listed, not run
 };
 
+//! How every text of the host says that a command cannot run from the command line yet.
+inline constexpr std::string_view kDesktopOnly = "desktop only for now";
+//! Where such a command runs, said after kDesktopOnly where there is room.
+inline constexpr std::string_view kDesktopOnlyWhere = "its dialog runs in tessarine-map";
+
 struct FriendlyCommand {
     std::string_view friendly;    //!< e.g. "vertices"; "graphics select-all" for the graphics group
     std::string_view commandName; //!< e.g. "Tessarine_ShapesToVertices"
     DialogKind dialog;
     std::string_view caption;     //!< the menu item without its "&", for the help
-
 };
 
 std::span<const FriendlyCommand> FriendlyCommands();

@@ -25,7 +25,7 @@ std::string TypedName(const BarItem& item) {
     if (!entry)
         return item.name;
     if (entry->dialog == DialogKind::Unsupported)
-        return "(desktop only for now)";
+        return "(" + std::string(kDesktopOnly) + ")";
     return std::string(entry->friendly);
 }
 

@@ -501,6 +501,8 @@ ExitCode RunGraphicsTool(const CLI::App& sub, GraphicsToolOptions& o, Console& c
     run.documentPath = o.documentPath;
     run.answer = o.yes ? Answer::Yes : o.no ? Answer::No : Answer::Ask;
     run.reportPath = o.reportPath;
+    // The host's checks of an output (its folder, a class that is there) hold for this tool too.
+    run.output = o.output;
     run.save = o.saveOption && o.saveOption->count() > 0;
     run.savePath = o.savePath;
     run.progress = o.progress;

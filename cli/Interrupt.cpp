@@ -21,17 +21,21 @@ extern "C" void OnInterrupt(int signal) {
     }
 }
 
+void Install(int flags, struct sigaction* previous) {
+    struct sigaction action {};
+    action.sa_handler = OnInterrupt;
+    sigemptyset(&action.sa_mask);
+    action.sa_flags = flags;
+    sigaction(SIGINT, &action, previous);
+}
+
 } // namespace
 
 InterruptGuard::InterruptGuard() {
     if (g_depth++ > 0)
         return;
     g_pending = false;
-    struct sigaction action {};
-    action.sa_handler = OnInterrupt;
-    sigemptyset(&action.sa_mask);
-    action.sa_flags = SA_RESTART; // reads and writes go on; the flag is polled
-    sigaction(SIGINT, &action, &g_previous);
+    Install(SA_RESTART, &g_previous); // reads and writes go on; the flag is polled
 }
 
 InterruptGuard::~InterruptGuard() {
@@ -39,6 +43,16 @@ InterruptGuard::~InterruptGuard() {
         return;
     sigaction(SIGINT, &g_previous, nullptr);
     g_pending = false;
+}
+
+InterruptibleReads::InterruptibleReads() {
+    if (g_depth > 0)
+        Install(0, nullptr); // a read in progress fails with EINTR
+}
+
+InterruptibleReads::~InterruptibleReads() {
+    if (g_depth > 0)
+        Install(SA_RESTART, nullptr);
 }
 
 bool TakeInterrupt() { return g_pending.exchange(false); }

@@ -15,6 +15,16 @@ public:
     InterruptGuard& operator=(const InterruptGuard&) = delete;
 };
 
+//! While it lives, Ctrl-C also ends a read that waits for the user (a prompt), which then fails
+//! with the flag raised; outside it reads go on after the signal. Only inside an InterruptGuard.
+class InterruptibleReads {
+public:
+    InterruptibleReads();
+    ~InterruptibleReads();
+    InterruptibleReads(const InterruptibleReads&) = delete;
+    InterruptibleReads& operator=(const InterruptibleReads&) = delete;
+};
+
 //! True once after each Ctrl-C: the flag is cleared by reading it.
 bool TakeInterrupt();
 //! Whether a Ctrl-C came and has not been taken yet.

@@ -8,8 +8,13 @@
 #include "platform/carto/Layers.h"
 #include "platform/carto/Map.h"
 #include "platform/data/Field.h"
+#include "platform/data/SelectionSet.h"
+#include "platform/data/Table.h"
+#include "platform/data/Workspace.h"
 #include "platform/data/WorkspaceFactories.h"
 #include "platform/ui/Form.h"
+#include "support/MyGeneralOperations.h"
+#include "support/aml_func_mod.h"
 
 namespace tess::cli {
 namespace {
@@ -20,12 +25,13 @@ struct Storage {
     const char* extension;       //!< of the workspace, lower case
     const char* category;        //!< of the workspace in the browse dialog
     const char* datasetCategory; //!< of a feature dataset inside it; null where there is none
+    const char* words;           //!< what it is, for messages
 };
 
 constexpr Storage kStorages[] = {
-    {".gdb", "File Geodatabase", "File Geodatabase Feature Dataset"},
-    {".mdb", "Personal Geodatabase", "Personal Geodatabase Feature Dataset"},
-    {".gpkg", "GeoPackage", nullptr},
+    {".gdb", "File Geodatabase", "File Geodatabase Feature Dataset", "a file geodatabase"},
+    {".mdb", "Personal Geodatabase", "Personal Geodatabase Feature Dataset", "a personal geodatabase"},
+    {".gpkg", "GeoPackage", nullptr, "a GeoPackage"},
 };
 
 const Storage* StorageOf(const fs::path& path) {
@@ -56,6 +62,11 @@ std::string MakeMissingGeoPackage(const std::string& outputPath) {
     return {};
 }
 
+bool Exists(const fs::path& path) {
+    std::error_code error;
+    return fs::exists(path, error);
+}
+
 std::string Join(const std::vector<std::string>& items) {
     std::string text;
     for (const std::string& item : items)
@@ -74,13 +85,23 @@ int FindItem(const Control& list, const std::string& wanted) {
     return -1;
 }
 
-std::shared_ptr<ILayer> FindLayer(const std::shared_ptr<Map>& map, const std::string& name) {
-    if (!map)
-        return nullptr;
-    for (const auto& layer : map->AllLayers())
-        if (layer->Name() == name)
-            return layer;
-    return nullptr;
+//! The lines of the list that show `name`, top first.
+std::vector<int> LinesNamed(const Control& list, const std::string& name) {
+    std::vector<int> lines;
+    for (std::size_t i = 0; i < list.List.size(); ++i)
+        if (list.List[i] == name)
+            lines.push_back(static_cast<int>(i));
+    return lines;
+}
+
+//! The feature layers of the map with data that bear `name`, top first: the ones the dialog may list.
+std::vector<std::shared_ptr<ILayer>> ValidLayersNamed(const std::shared_ptr<Map>& map, const std::string& name) {
+    std::vector<std::shared_ptr<ILayer>> layers;
+    if (map)
+        for (const auto& layer : map->AllLayers())
+            if (layer->Valid() && layer->Name() == name && std::dynamic_pointer_cast<IFeatureLayer>(layer))
+                layers.push_back(layer);
+    return layers;
 }
 
 //! The alias under which the dialog lists a field given by name (or already by alias).
@@ -96,8 +117,8 @@ std::string ListedName(const std::shared_ptr<ILayer>& layer, const std::string& 
 
 class LayerFieldsDriver {
 public:
-    LayerFieldsDriver(const RunOptions& options, TerminalUI& ui, std::shared_ptr<Map> map)
-        : options_(options), ui_(ui), map_(std::move(map)) {}
+    LayerFieldsDriver(const RunOptions& options, TerminalUI& ui, std::shared_ptr<Map> map, InputChoice input)
+        : options_(options), ui_(ui), map_(std::move(map)), input_(std::move(input)) {}
 
     void operator()(Form& form) {
         if (ChooseLayer(form) && ChooseFields(form) && ChooseRecords(form) && ChooseOutput(form)) {
@@ -105,7 +126,8 @@ public:
             if (!form.IsLoaded())
                 return;
             // The dialog said why it stays (its message is on the screen); no point in asking again.
-            ui_.UsageProblem("the dialog did not take the output " + Quoted(form.Ctl("txtOutput").Text));
+            ui_.UsageProblem("the dialog did not take the output " +
+                             Quoted(options_.output.empty() ? form.Ctl("txtOutput").Text : options_.output));
         }
         form.Fire("cmdCancel", FormEvent::Click);
     }
@@ -118,19 +140,61 @@ private:
 
     std::string Title(const Form& form) const { return Quoted(Trim(form.Caption, " :")); }
 
+    void Pick(Form& form, int line) {
+        Control& layers = form.Ctl("lbxLayers");
+        if (layers.ListIndex != line) {
+            layers.ListIndex = line;
+            form.Fire("lbxLayers", FormEvent::Click);
+        }
+    }
+
     bool ChooseLayer(Form& form) {
         Control& layers = form.Ctl("lbxLayers");
         if (layers.ListCount() == 0)
             return Refuse("no layer of the map is of a kind that " + Title(form) + " takes");
-        if (options_.inputLayer.empty())
-            return true; // the dialog's choice: the layer chosen in the map, else the first
-        const int index = FindItem(layers, options_.inputLayer);
-        if (index < 0)
-            return Refuse("the layer " + Quoted(options_.inputLayer) + " is not one that " + Title(form) +
-                          " takes; it takes: " + Join(layers.List));
-        layers.ListIndex = index;
-        form.Fire("lbxLayers", FormEvent::Click);
+        if (input_.layer) {
+            const std::string name = input_.layer->Name();
+            const std::vector<int> lines = LinesNamed(layers, name);
+            const auto sameNamed = ValidLayersNamed(map_, name);
+            const auto at = std::find(sameNamed.begin(), sameNamed.end(), input_.layer);
+            if (lines.empty()) {
+                if (input_.demanded)
+                    return Refuse("the layer " + Quoted(name) + " is not one that " + Title(form) +
+                                  " takes; it takes: " + Join(layers.List));
+                ui_.Note(input_.origin + ", " + Quoted(name) + ", is not one that " + Title(form) +
+                         " takes; the dialog chose " + Quoted(layers.List.at(0)) + " (--input chooses)");
+            } else if (lines.size() == sameNamed.size() && at != sameNamed.end()) {
+                // The list shows the map's layers in the map's order: the Nth of a name is the Nth line of it.
+                Pick(form, lines[static_cast<std::size_t>(at - sameNamed.begin())]);
+            } else {
+                // Some layers of that name are of a kind the dialog does not take, so their lines
+                // cannot be matched to the layers; a name of their own tells them apart.
+                const std::string why = std::to_string(sameNamed.size()) + " layers are named " + Quoted(name) +
+                                        " and " + Title(form) + " takes " + std::to_string(lines.size()) +
+                                        " of them";
+                if (input_.demanded)
+                    return Refuse(why + ", so which is which cannot be told; name them apart with --layer "
+                                        "PATH:NAME");
+                Pick(form, lines.front());
+                ui_.Note(why + ": the first it lists is converted (--layer PATH:NAME names them apart)");
+            }
+        }
+        chosen_ = ChosenLayer(layers);
         return true;
+    }
+
+    //! The map's layer behind the list's selected line.
+    std::shared_ptr<ILayer> ChosenLayer(const Control& layers) const {
+        if (layers.ListIndex < 0)
+            return nullptr;
+        const std::string& name = layers.List[static_cast<std::size_t>(layers.ListIndex)];
+        const std::vector<int> lines = LinesNamed(layers, name);
+        const auto sameNamed = ValidLayersNamed(map_, name);
+        if (sameNamed.empty())
+            return nullptr;
+        const auto line = std::find(lines.begin(), lines.end(), layers.ListIndex);
+        const auto nth = static_cast<std::size_t>(line - lines.begin());
+        return lines.size() == sameNamed.size() ? sameNamed[nth] : sameNamed.front();
     }
 
     bool ChooseFields(Form& form) {
@@ -139,12 +203,9 @@ private:
             form.Fire("cmdSelFields", FormEvent::Click);
             return true;
         }
-        const Control& layers = form.Ctl("lbxLayers");
-        const std::string layerName = layers.ListIndex >= 0 ? layers.List[static_cast<std::size_t>(layers.ListIndex)]
-                                                            : std::string();
-        const std::shared_ptr<ILayer> layer = FindLayer(map_, layerName);
+        const std::string layerName = chosen_ ? chosen_->Name() : std::string();
         for (const std::string& wanted : options_.fields) {
-            int index = FindItem(fields, ListedName(layer, wanted));
+            int index = FindItem(fields, ListedName(chosen_, wanted));
             if (index < 0)
                 index = FindItem(fields, wanted);
             if (index < 0)
@@ -155,7 +216,29 @@ private:
         return true;
     }
 
+    //! A condition that selected nothing asked for a subset that is empty: the dialog would offer
+    //! all records instead, which is right for a user who selected nothing, not for one who asked.
+    bool ConditionSelectedSomething() {
+        if (!chosen_ || options_.records == RecordChoice::All)
+            return true;
+        const auto condition = input_.conditions.find(chosen_.get());
+        if (condition == input_.conditions.end())
+            return true;
+        auto owner = std::dynamic_pointer_cast<IFeatureSelection>(chosen_);
+        auto layer = std::dynamic_pointer_cast<IFeatureLayer>(chosen_);
+        const std::shared_ptr<ISelectionSet> selection = owner ? owner->SelectionSet() : nullptr;
+        if (selection && selection->Count() > 0)
+            return true;
+        const std::int32_t total =
+            layer && layer->FeatureClass() ? layer->FeatureClass()->FeatureCount(nullptr) : 0;
+        return Refuse(condition->second + " selects no feature of " + Quoted(chosen_->Name()) +
+                      ", so there is nothing to convert; --all converts all " + std::to_string(total) +
+                      " records");
+    }
+
     bool ChooseRecords(Form& form) {
+        if (!ConditionSelectedSomething())
+            return false;
         const char* option = nullptr;
         if (options_.records == RecordChoice::All)
             option = "optAll";
@@ -178,19 +261,18 @@ private:
     bool ChooseOutput(Form& form) {
         if (options_.output.empty())
             return true; // the dialog's proposal
-        // A bare name is a class of the current folder, whatever its kind.
-        const std::string target = fs::path(options_.output).has_parent_path()
-                                       ? options_.output
-                                       : (fs::current_path() / options_.output).string();
-        if (const std::string problem = MakeMissingGeoPackage(target); !problem.empty())
+        // Absolute, so that the settings the run leaves mean the same place from any folder; a bare
+        // name is a class of the current folder, whatever its kind.
+        const std::string output = fs::absolute(options_.output).lexically_normal().string();
+        if (const std::string problem = MakeMissingGeoPackage(output); !problem.empty())
             return Refuse(problem);
-        if (std::optional<BrowseResult> location = OutputLocation(target)) {
+        if (std::optional<BrowseResult> location = OutputLocation(output)) {
             ui_.QueueBrowse(*location);
             form.Fire("cmdGetWorkspace", FormEvent::Click);
             return true;
         }
-        Control& output = form.Ctl("txtOutput");
-        output.Text = target;
+        Control& box = form.Ctl("txtOutput");
+        box.Text = output;
         form.Fire("txtOutput", FormEvent::Change);
         return true;
     }
@@ -198,7 +280,29 @@ private:
     const RunOptions& options_;
     TerminalUI& ui_;
     std::shared_ptr<Map> map_;
+    InputChoice input_;
+    std::shared_ptr<ILayer> chosen_;
 };
+
+std::shared_ptr<IFeatureWorkspace> OpenWorkspace(const std::string& path) {
+    try {
+        auto factory = WorkspaceFactoryForPath(path);
+        return factory ? std::dynamic_pointer_cast<IFeatureWorkspace>(factory->OpenFromFile(path, 0)) : nullptr;
+    } catch (const std::exception&) {
+        return nullptr;
+    }
+}
+
+bool HasFeatureDataset(const std::string& geodatabase, const std::string& dataset) {
+    auto workspace = OpenWorkspace(geodatabase);
+    if (!workspace)
+        return false;
+    try {
+        return workspace->OpenFeatureDataset(dataset) != nullptr;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
 
 } // namespace
 
@@ -209,18 +313,89 @@ std::optional<BrowseResult> OutputLocation(const std::string& outputPath) {
     // A place the catalog cannot show is typed in, and the dialog says what it makes of it.
     if (name.empty() || location.empty())
         return std::nullopt;
-    if (const Storage* storage = StorageOf(location))
-        return fs::exists(location) ? std::optional(BrowseResult{location.string(), name, storage->category})
-                                    : std::nullopt;
+    if (const Storage* storage = StorageOf(location)) {
+        // A GeoPackage is one file, made with its first class; its folder must be there.
+        const bool makeable = !storage->datasetCategory && Exists(location.parent_path().empty() ? "." : location.parent_path());
+        return Exists(location) || makeable ? std::optional(BrowseResult{location.string(), name, storage->category})
+                                            : std::nullopt;
+    }
     // A feature dataset lives inside its geodatabase, not as a folder of its own.
     const Storage* outer = StorageOf(location.parent_path());
-    if (outer && outer->datasetCategory && fs::exists(location.parent_path()))
+    if (outer && outer->datasetCategory && Exists(location.parent_path()))
         return BrowseResult{location.string(), name, outer->datasetCategory};
     return std::nullopt;
 }
 
-TerminalUI::FormDriver MakeLayerFieldsDriver(const RunOptions& options, TerminalUI& ui, std::shared_ptr<Map> map) {
-    return LayerFieldsDriver(options, ui, std::move(map));
+OutputTarget ReadOutputTarget(const std::string& outputPath) {
+    OutputTarget target;
+    const fs::path path(outputPath);
+    const fs::path location = path.parent_path();
+    const std::string name = path.filename().string();
+    const std::string given = "--output " + outputPath;
+    if (name.empty() || name == "." || name == "..") {
+        target.problem = given + " names a folder, not a feature class in it: write " +
+                         (fs::path(outputPath) / "NAME.shp").lexically_normal().string();
+        return target;
+    }
+    if (const Storage* storage = StorageOf(path)) {
+        target.problem = given + " names " + storage->words + ", not a feature class in it: write " +
+                         (path / "NAME").string();
+        return target;
+    }
+    // In a container the class is named as the browse dialog names it: legal characters, no ".shp".
+    auto className = [&name] {
+        std::string bare = name;
+        if (Lower(fs::path(bare).extension().string()) == ".shp")
+            bare = fs::path(bare).stem().string();
+        return ReplaceBadChars(bare, true, true, true, true);
+    };
+    if (const Storage* storage = StorageOf(location)) {
+        target.workspace = location.string();
+        target.name = className();
+        target.shown = (location / target.name).string();
+        target.placeExists = Exists(location);
+        if (!target.placeExists && storage->datasetCategory)
+            target.problem = given + ": " + storage->words + " " + Quoted(location.string()) + " is not there";
+        return target;
+    }
+    const Storage* outer = StorageOf(location.parent_path());
+    if (outer && outer->datasetCategory) {
+        target.workspace = location.parent_path().string();
+        target.dataset = location.filename().string();
+        target.name = className();
+        target.shown = (location / target.name).string();
+        if (!Exists(target.workspace))
+            target.problem = given + ": " + outer->words + " " + Quoted(target.workspace) + " is not there";
+        else if (!HasFeatureDataset(target.workspace, target.dataset))
+            target.problem = given + ": " + Quoted(target.workspace) + " has no feature dataset " +
+                             Quoted(target.dataset);
+        target.placeExists = target.problem.empty();
+        return target;
+    }
+    const std::string extension = Lower(path.extension().string());
+    if (!extension.empty() && extension != ".shp") {
+        target.problem = given + ": no format that tessarine writes has the extension " + extension + "; write " +
+                         (location / path.stem()).string() + ".shp for a shapefile, or FILE.gpkg/" +
+                         path.stem().string() + " for a class in a GeoPackage";
+        return target;
+    }
+    target.workspace = location.empty() ? "." : location.string();
+    target.name = SetExtension(name, "shp");
+    target.shown = (location / target.name).string();
+    target.placeExists = Exists(target.workspace);
+    return target;
+}
+
+bool OutputExists(const OutputTarget& target) {
+    if (!target.placeExists || !target.problem.empty())
+        return false;
+    auto workspace = OpenWorkspace(target.workspace);
+    return workspace && CheckIfFeatureClassExists(workspace, target.name);
+}
+
+TerminalUI::FormDriver MakeLayerFieldsDriver(const RunOptions& options, TerminalUI& ui, std::shared_ptr<Map> map,
+                                             InputChoice input) {
+    return LayerFieldsDriver(options, ui, std::move(map), std::move(input));
 }
 
 } // namespace tess::cli

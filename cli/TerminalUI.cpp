@@ -92,8 +92,34 @@ void TerminalUI::UsageProblem(const std::string& text) {
         usageProblem_ = text;
 }
 
+void TerminalUI::Note(const std::string& text) {
+    FinishProgress();
+    console_.err << "tessarine: " << text << '\n';
+    console_.err.flush();
+}
+
+std::optional<bool> TerminalUI::Confirm(const std::string& question) {
+    FinishProgress();
+    console_.err << "tessarine: " << question << '\n';
+    const MsgBoxResult answer = Decide(MsgBoxButtons::YesNo);
+    if (cancelled_)
+        return std::nullopt;
+    return answer == MsgBoxResult::Yes;
+}
+
+void TerminalUI::AnswerInAdvance(const std::string& title, MsgBoxResult answer) {
+    answeredInAdvance_[title] = answer;
+}
+
 MsgBoxResult TerminalUI::MessageBox(const std::string& text, MsgBoxButtons buttons, MsgBoxIcon,
                                     const std::string& title) {
+    if (cancelled_)
+        return buttons == MsgBoxButtons::OK ? MsgBoxResult::OK : Safe(buttons);
+    if (auto it = answeredInAdvance_.find(title); it != answeredInAdvance_.end() && buttons != MsgBoxButtons::OK) {
+        const MsgBoxResult answer = it->second;
+        answeredInAdvance_.erase(it);
+        return answer;
+    }
     FinishProgress();
     console_.err << Trim(title) << '\n' << Indented(text) << '\n';
     if (buttons == MsgBoxButtons::OK) {
@@ -104,6 +130,8 @@ MsgBoxResult TerminalUI::MessageBox(const std::string& text, MsgBoxButtons butto
 }
 
 MsgBoxResult TerminalUI::Decide(MsgBoxButtons buttons) {
+    if (cancelled_)
+        return Safe(buttons);
     MsgBoxResult result;
     const char* why;
     if (answer_ == Answer::Yes) {
@@ -132,8 +160,23 @@ MsgBoxResult TerminalUI::Prompt(MsgBoxButtons buttons) {
                                                                                    : "Yes or No? [y/n] ");
         console_.err.flush();
         std::string line;
-        if (!std::getline(console_.in, line))
+        bool read = false;
+        if (!InterruptPending()) {
+            InterruptibleReads interruptible;
+            read = static_cast<bool>(std::getline(console_.in, line));
+        }
+        if (InterruptPending()) {
+            // Ctrl-C at a question stops the command, not only the question.
+            TakeInterrupt();
+            console_.in.clear();
+            console_.err << '\n';
+            cancelled_ = true;
+            return Safe(buttons);
+        }
+        if (!read) {
+            console_.err << '\n';
             return Safe(buttons); // the input ended: nobody is there to say yes
+        }
         const std::string word = Trim(line);
         const char c = word.empty() ? '\0' : static_cast<char>(std::tolower(static_cast<unsigned char>(word[0])));
         if (okCancel && c == 'o')
@@ -150,6 +193,8 @@ MsgBoxResult TerminalUI::Prompt(MsgBoxButtons buttons) {
 void TerminalUI::ShowErrorWindow(const std::string& text) {
     FinishProgress();
     errorShown_ = true;
+    if (cancelled_)
+        return; // what a cancelled command could not finish is no news to the one who cancelled it
     console_.err << text;
     if (text.empty() || text.back() != '\n')
         console_.err << '\n';
@@ -200,6 +245,10 @@ void TerminalUI::ShowModal(Form& form) {
 }
 
 void TerminalUI::ShowReport(Form& form) {
+    if (cancelled_) {
+        form.Fire("cmdOK", FormEvent::Click);
+        return;
+    }
     reportRtf_ = form.Ctl("txtReport").Text;
     ++reportsShown_;
     console_.out << RtfToText(reportRtf_);
@@ -208,6 +257,10 @@ void TerminalUI::ShowReport(Form& form) {
 }
 
 void TerminalUI::AnswerMessageForm(Form& form) {
+    if (cancelled_) {
+        form.Fire("cmdNo", FormEvent::Click);
+        return;
+    }
     console_.err << Trim(form.Caption) << '\n' << Indented(form.Ctl("txtMessage").Text) << '\n';
     const bool yes = Decide(MsgBoxButtons::YesNo) == MsgBoxResult::Yes;
     form.Fire(yes ? "cmdYes" : "cmdNo", FormEvent::Click);
@@ -243,6 +296,8 @@ std::optional<BrowseResult> TerminalUI::Browse(const BrowseRequest& request) {
         browses_.pop_front();
         return result;
     }
+    if (cancelled_)
+        return std::nullopt;
     FinishProgress();
     console_.err << Trim(request.Title) << '\n'
                  << kIndent << "(a place to choose; nothing more was given on the command line: cancelled)\n";

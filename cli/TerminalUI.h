@@ -11,6 +11,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -37,6 +38,17 @@ public:
 
     //! A driver's verdict that the options do not fit the dialog; the run ends with exit code 2.
     void UsageProblem(const std::string& text);
+    //! A word to the user on the error stream, as "tessarine: text".
+    void Note(const std::string& text);
+    //! A question of the command line's own, asked before the run: Yes or No from --yes/--no, a
+    //! prompt on a terminal, else the safe No. Nothing when Ctrl-C cancelled the prompt.
+    std::optional<bool> Confirm(const std::string& question);
+    //! The answer that the next question titled `title` gets without being shown again: the user
+    //! gave it before the run.
+    void AnswerInAdvance(const std::string& title, MsgBoxResult answer);
+    //! Whether Ctrl-C came at a prompt: the command is cancelled. Later questions take the safe
+    //! answer unseen and fault reports that follow from it are not shown.
+    bool Cancelled() const { return cancelled_; }
     const std::string& UsageProblemText() const { return usageProblem_; }
     //! Whether a fault report was shown.
     bool ErrorShown() const { return errorShown_; }
@@ -75,6 +87,7 @@ private:
     static constexpr double kScreenHeight = 1080; // pixels
 
     MsgBoxResult Decide(MsgBoxButtons buttons);
+    //! The answer typed at a terminal; the safe one when the input ends or Ctrl-C cancels.
     MsgBoxResult Prompt(MsgBoxButtons buttons);
     void ShowReport(Form& form);
     void AnswerMessageForm(Form& form);
@@ -86,7 +99,9 @@ private:
     std::deque<std::shared_ptr<ISpatialReference>> references_;
     std::vector<Form*> modeless_; // progress windows on show, oldest first
     std::unique_ptr<ProgressLine> progress_;
+    std::map<std::string, MsgBoxResult> answeredInAdvance_; // by the question's title
     std::string usageProblem_;
+    bool cancelled_ = false;
     bool errorShown_ = false;
     bool stopDelivered_ = false;
     std::string reportRtf_;

@@ -17,5 +17,13 @@ std::string Quoted(std::string_view text);
 std::string CaptionText(std::string_view caption);
 //! Splits on any of the separators; empty pieces are dropped.
 std::vector<std::string> SplitAny(std::string_view text, std::string_view separators);
+//! The items in a sentence: "a", "a or b", "a, b or c" (with `last` as the final joining word).
+std::string JoinWords(const std::vector<std::string>& items, std::string_view last = "or");
+
+//! Edits (insertions, deletions, substitutions, swaps of neighbours) from a to b, ignoring case.
+std::size_t EditDistance(std::string_view a, std::string_view b);
+//! The candidate nearest to a mistyped word, if one is near enough to be what was meant: within
+//! a third of the word's length in edits (at least one edit), or the only one it begins.
+std::string NearestWord(std::string_view typed, const std::vector<std::string>& candidates);
 
 } // namespace tess::cli

@@ -67,8 +67,6 @@ std::string StripTrailingSeparator(std::string path) {
     return path;
 }
 
-std::string DoubledBackslashes(const std::string& text) { return Replace(text, "\\", "\\\\"); }
-
 std::string TimeStampLine(DateValue now) {
     return "          [time stamp " + Format(now, kStampFormat) + "]";
 }
@@ -275,7 +273,8 @@ void ConversionRun::PrepareTransfer() {
         transferNames_.push_back(inputName);
         inputIndexes_.push_back(input_->FindField(inputName));
         outputIndexes_.push_back(output_->FindField(outputName));
-        fieldReport_ += "       " + std::to_string(++ordinal) + "] " + inputName + R"(\par)" + std::string(kCrLf);
+        fieldReport_ +=
+            "       " + std::to_string(++ordinal) + "] " + RtfText(inputName) + R"(\par)" + std::string(kCrLf);
     }
     if (nameMap_.empty())
         fieldReport_ = std::string(kNoFields) + std::string(kCrLf);
@@ -431,10 +430,10 @@ std::string ConversionRun::SuccessReport() {
 
     report = Replace(report, kReportProbReport, problems);
     report = Replace(report, kReportFieldReport, fieldReport_);
-    report = Replace(report, "zzzFClass", request_.layer->Name());
-    report = Replace(report, "zzzSpRef", "Spatial Reference:  " + reference);
+    report = Replace(report, "zzzFClass", RtfText(request_.layer->Name()));
+    report = Replace(report, "zzzSpRef", "Spatial Reference:  " + RtfText(reference));
     report = Replace(report, "zzzDoAll", doAll);
-    report = Replace(report, "zzzFilename", DoubledBackslashes(outputPath));
+    report = Replace(report, "zzzFilename", RtfText(outputPath));
     report = Replace(report, "zzzNumRecs",
                      "Contains " + std::to_string(output_->FeatureCount(nullptr)) + std::string(words_.countNoun));
     report = Replace(report, "TimeSpentString", ReturnTimeElapsedRTF(start_, clock_(), kTimingFontSize));
@@ -445,7 +444,7 @@ std::string ConversionRun::StopReport() const {
     const std::string crlf(kCrLf);
     std::string report = std::string(kConversionReportHeader) + crlf + std::string(kGeneratorLead) +
                          "Exited Function Prematurely at Record " + std::to_string(inputCounter_) + R"(\par)" + crlf +
-                         "Partial output saved to " + request_.outputPath + R"(\par)" + crlf;
+                         "Partial output saved to " + RtfText(request_.outputPath) + R"(\par)" + crlf;
     if (skipped_)
         report += SkippedBlock();
     report += DataNotesRtf(DataNotes());
@@ -457,9 +456,9 @@ std::string ConversionRun::FailureReport(std::int32_t number, const std::string&
     const std::string crlf(kCrLf);
     return std::string(kConversionReportHeader) + crlf + std::string(kGeneratorLead) + "!!!  " + std::string(words_.titleWord) +
            R"( Failed  !!!\par)" + crlf + R"(\pard ---------------------------------------------\b0\par)" + crlf +
-           "Module = " + DoubledBackslashes(kSource) + R"(\par)" + crlf + "Function = " + procedureName_ +
+           "Module = " + RtfText(kSource) + R"(\par)" + crlf + "Function = " + RtfText(procedureName_) +
            R"(\par)" + crlf + "Line Number = " + std::to_string(line_) + R"(\par)" + crlf + "Error " +
-           std::to_string(number) + ":  " + description + R"(\par)" + crlf +
+           std::to_string(number) + ":  " + RtfText(description) + R"(\par)" + crlf +
            R"(----------------------------------------------------------\par)" + crlf + "Analyzing Record #" +
            std::to_string(inputCounter_) + R"(\par)" + crlf + DataNotesRtf(DataNotes()) + "}";
 }

@@ -10,34 +10,54 @@
 #include "platform/system/Fault.h"
 
 namespace tess::MyGeometricOperations {
+namespace {
+
+// Faulted until the body has finished, so that a trapped fault leaves that answer.
+void Begin(VincentyOutcome* outcome) {
+    if (outcome)
+        *outcome = VincentyOutcome::Faulted;
+}
+void End(VincentyOutcome* outcome, bool settled) {
+    if (outcome)
+        *outcome = settled ? VincentyOutcome::Settled : VincentyOutcome::PassesSpent;
+}
+
+} // namespace
 
 double DistanceVincentyNumbers(double Lon1, double Lat1, double Lon2, double Lat2, double& Azimuth1,
-                               double& Azimuth2) {
+                               double& Azimuth2, VincentyOutcome* Outcome) {
+    Begin(Outcome);
     return Trapped("DistanceVincentyNumbers ", 0.0, [&] {
         FloatingPointCheck check;
         // f from the defining inverse flattening, a and b as stored: they disagree in the
         // 13th digit, and both are used as they stand.
         const double f = 1.0 / kWgs84InverseFlattening;
         double az1, az2;
-        const double s =
-            detail::VincentyInverse(Lon1, Lat1, Lon2, Lat2, kWgs84SemiMajor, kWgs84SemiMinor, f, az1, az2);
+        bool settled;
+        const double s = detail::VincentyInverse(Lon1, Lat1, Lon2, Lat2, kWgs84SemiMajor, kWgs84SemiMinor, f, az1,
+                                                 az2, settled);
         check.Check("DistanceVincentyNumbers");
         Azimuth1 = az1;
         Azimuth2 = az2;
+        End(Outcome, settled);
         return s;
     });
 }
 
 double DistanceVincentyNumbers2(double Lon1, double Lat1, double Lon2, double Lat2, double& Azimuth1,
-                                double& Azimuth2, double SemiMajor, double SemiMinor) {
+                                double& Azimuth2, double SemiMajor, double SemiMinor, VincentyOutcome* Outcome) {
+    Begin(Outcome);
     return Trapped("DistanceVincentyNumbers2 ", 0.0, [&] {
         FloatingPointCheck check;
         const double f = (SemiMajor - SemiMinor) / SemiMajor;
         double az1, az2;
-        const double s = detail::VincentyInverse(Lon1, Lat1, Lon2, Lat2, SemiMajor, SemiMinor, f, az1, az2);
+        bool settled;
+        const double s =
+            detail::VincentyInverse(Lon1, Lat1, Lon2, Lat2, SemiMajor, SemiMinor, f, az1, az2, settled);
         check.Check("DistanceVincentyNumbers2");
         Azimuth1 = az1;
         Azimuth2 = az2;
+        End(Outcome, settled);
         return s;
     });
 }
@@ -57,17 +77,20 @@ double DistanceVincentyPoints2(const IPoint& FromPoint, const IPoint& ToPoint, d
 }
 
 void PointLineVincentyPerPoint2(const IPoint& StartPoint, double Distance, double Azimuth, IPoint& EndPoint,
-                                double& FarAzimuth, double SemiMajor, double SemiMinor) {
+                                double& FarAzimuth, double SemiMajor, double SemiMinor, VincentyOutcome* Outcome) {
+    Begin(Outcome);
     TrappedVoid("PointLineVincentyPerPoint2 ", [&] {
         const double lon = StartPoint.X();
         const double lat = StartPoint.Y();
         FloatingPointCheck check;
         double endLon, endLat, far;
-        detail::VincentyDirect(lon, lat, Distance, Azimuth, SemiMajor, SemiMinor, endLon, endLat, far);
+        bool settled;
+        detail::VincentyDirect(lon, lat, Distance, Azimuth, SemiMajor, SemiMinor, endLon, endLat, far, settled);
         check.Check("PointLineVincentyPerPoint2");
         EndPoint.X(endLon);
         EndPoint.Y(endLat);
         FarAzimuth = far;
+        End(Outcome, settled);
     });
 }
 

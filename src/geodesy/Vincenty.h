@@ -26,14 +26,25 @@ class IPolyline;
 
 namespace tess::MyGeometricOperations {
 
+//! How one solution ended. The routines never report it themselves; a caller that hands results
+//! to a user asks for it, so that an unsettled line is not passed on in silence.
+enum class VincentyOutcome {
+    Settled,     //!< the last pass met the 1e-12 rad tolerance (or no pass was needed)
+    PassesSpent, //!< the 40 passes ran out first (nearly antipodal positions): the last pass's values,
+                 //!< which can be off by many kilometres
+    Faulted,     //!< an arithmetic fault was reported; the results are the routine's fallback
+};
+
 //! Inverse problem on WGS 1984. Returns metres; Azimuth1 is the forward azimuth at the first
 //! point, Azimuth2 the direction of travel on arrival (not the azimuth back), both [0, 360].
 //! Identical positions give 0 and azimuths 0. On a fault: 0, azimuths left as they were.
+//! Outcome, when given, receives how the solution ended.
 double DistanceVincentyNumbers(double Lon1, double Lat1, double Lon2, double Lat2, double& Azimuth1,
-                               double& Azimuth2);
+                               double& Azimuth2, VincentyOutcome* Outcome = nullptr);
 //! Inverse problem on the spheroid (SemiMajor, SemiMinor).
 double DistanceVincentyNumbers2(double Lon1, double Lat1, double Lon2, double Lat2, double& Azimuth1,
-                                double& Azimuth2, double SemiMajor, double SemiMinor);
+                                double& Azimuth2, double SemiMajor, double SemiMinor,
+                                VincentyOutcome* Outcome = nullptr);
 //! DistanceVincentyNumbers on the X (longitude) and Y (latitude) of two points.
 double DistanceVincentyPoints(const IPoint& FromPoint, const IPoint& ToPoint, double& Azimuth1, double& Azimuth2);
 //! DistanceVincentyNumbers2 on the X (longitude) and Y (latitude) of two points.
@@ -42,9 +53,11 @@ double DistanceVincentyPoints2(const IPoint& FromPoint, const IPoint& ToPoint, d
 
 //! Direct problem: fills EndPoint with the position at Distance (axes' unit) along Azimuth
 //! (degrees) from StartPoint; FarAzimuth is the direction of travel there. The longitude is
-//! not wrapped. A Distance of 0 copies the start and hands Azimuth back unchanged.
+//! not wrapped. A Distance of 0 copies the start and hands Azimuth back unchanged. On a fault
+//! EndPoint and FarAzimuth are left as they were. Outcome, when given, receives how it ended.
 void PointLineVincentyPerPoint2(const IPoint& StartPoint, double Distance, double Azimuth, IPoint& EndPoint,
-                                double& FarAzimuth, double SemiMajor, double SemiMinor);
+                                double& FarAzimuth, double SemiMajor, double SemiMinor,
+                                VincentyOutcome* Outcome = nullptr);
 
 //! Direct problem on the spheroid of StartPoint's spatial reference (geographic, or the
 //! geographic reference beneath a projected one). With VertexCount < 1 only EndPoint is

@@ -6,18 +6,6 @@
 namespace tess {
 namespace {
 
-// The engine's words and paths may hold the characters that RTF reserves.
-std::string RtfText(const std::string& text) {
-    std::string out;
-    out.reserve(text.size());
-    for (char c : text) {
-        if (c == '\\' || c == '{' || c == '}')
-            out += '\\';
-        out += c;
-    }
-    return out;
-}
-
 std::string Counted(const DataNote& note) {
     return note.count == 1 ? std::string() : std::to_string(note.count) + " x ";
 }

@@ -62,6 +62,18 @@ std::string ReportFrameTemplate();
 //! nothing. The replacement text is not searched again.
 std::string Replace(std::string_view text, std::string_view find, std::string_view replacement);
 
+//! Text of the system (UTF-8: layer, field and class names, paths, the engine's messages) as it
+//! goes into a report: "\\", "{" and "}" escaped, a line break as \line and a tab as \tab, other
+//! control characters left out, characters of code page 1252 above ASCII as \'hh and every other
+//! character as \uN? (N the signed 16-bit value, as RTF counts; two, a surrogate pair, above
+//! U+FFFF). Bytes that are not UTF-8 are taken as code page 1252. The result is ASCII.
+std::string RtfText(std::string_view text);
+
+//! A finished report with every character above ASCII written as \'hh or \uN?, as RtfText writes
+//! them, so that a reader that goes by the declared code page (1252) sees the right characters.
+//! RTF's own syntax is ASCII, so only text changes; ASCII input comes back as it was.
+std::string RtfWithCodePageEscapes(std::string_view rtf);
+
 //! The elapsed time in words: days, hours, minutes and seconds from the largest unit that is not
 //! 0 ("1 minute, 1 second...", "0 seconds..."), then the three lines "Analysis Began: ",
 //! "Analysis Complete: " (long date, ";  ", long time) and "Time Elapsed: ".

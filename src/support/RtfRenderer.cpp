@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <limits>
 
+#include "support/TextCoding.h"
+
 namespace tess {
 namespace {
 
@@ -15,22 +17,15 @@ constexpr std::size_t kMaxControlWordLength = 32;
 constexpr int kMaxUnicodeSkip = 16;          // \ucN beyond this only eats text
 constexpr int kHalfPointsPerPoint = 2;
 
-constexpr char32_t kReplacement = 0xFFFD;
 constexpr char32_t kNoBreakSpace = 0x00A0;
 constexpr char32_t kNoBreakHyphen = 0x2011;
-constexpr char32_t kHighSurrogateFirst = 0xD800;
-constexpr char32_t kLowSurrogateFirst = 0xDC00;
-constexpr char32_t kSurrogateEnd = 0xE000;
 constexpr std::int32_t kUnicodeWrap = 65536; // \u takes signed 16-bit values
 
-// Code page 1252 at 0x80..0x9F; the rest of the page equals Latin-1. Unused slots
-// map to the replacement character.
-constexpr std::array<char32_t, 32> kCp1252High = {
-    0x20AC, 0xFFFD, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0xFFFD, 0x017D, 0xFFFD, 0xFFFD, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0xFFFD, 0x017E, 0x0178};
-constexpr unsigned char kCp1252HighFirst = 0x80;
-constexpr unsigned char kCp1252HighLast = 0x9F;
+using coding::AppendUtf8;
+using coding::FromCp1252;
+using coding::kHighSurrogateFirst;
+using coding::kLowSurrogateFirst;
+using coding::kSurrogateEnd;
 
 enum class Destination { Text, Skip, FontTable };
 
@@ -49,66 +44,6 @@ struct GroupState {
     Destination destination = Destination::Text;
     int unicodeSkip = 1; // \uc: characters that stand in for each \u
 };
-
-void AppendUtf8(std::string& out, char32_t c) {
-    if (c >= kHighSurrogateFirst && c < kSurrogateEnd)
-        c = kReplacement;
-    if (c < 0x80) {
-        out += static_cast<char>(c);
-    } else if (c < 0x800) {
-        out += static_cast<char>(0xC0 | (c >> 6));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-        out += static_cast<char>(0xE0 | (c >> 12));
-        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    } else if (c <= 0x10FFFF) {
-        out += static_cast<char>(0xF0 | (c >> 18));
-        out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    } else {
-        AppendUtf8(out, kReplacement);
-    }
-}
-
-char32_t FromCp1252(unsigned char byte) {
-    if (byte >= kCp1252HighFirst && byte <= kCp1252HighLast)
-        return kCp1252High[byte - kCp1252HighFirst];
-    return byte;
-}
-
-// Length of a well-formed UTF-8 sequence at text[i], or 0. Report text from our
-// own workers is UTF-8; bytes that are not are read as code page 1252.
-std::size_t Utf8Length(std::string_view text, std::size_t i) {
-    const auto b = [&](std::size_t k) { return static_cast<unsigned char>(text[k]); };
-    const unsigned char lead = b(i);
-    std::size_t length = 0;
-    char32_t minimum = 0;
-    if (lead >= 0xC2 && lead <= 0xDF) {
-        length = 2;
-        minimum = 0x80;
-    } else if (lead >= 0xE0 && lead <= 0xEF) {
-        length = 3;
-        minimum = 0x800;
-    } else if (lead >= 0xF0 && lead <= 0xF4) {
-        length = 4;
-        minimum = 0x10000;
-    } else {
-        return 0;
-    }
-    if (i + length > text.size())
-        return 0;
-    char32_t c = lead & (0x7F >> length);
-    for (std::size_t k = 1; k < length; ++k) {
-        if ((b(i + k) & 0xC0) != 0x80)
-            return 0;
-        c = (c << 6) | (b(i + k) & 0x3F);
-    }
-    if (c < minimum || c > 0x10FFFF || (c >= kHighSurrogateFirst && c < kSurrogateEnd))
-        return 0;
-    return length;
-}
 
 int HexValue(char c) {
     if (c >= '0' && c <= '9')
@@ -343,35 +278,27 @@ private:
             code += kUnicodeWrap;
         const auto c = static_cast<char32_t>(std::max<std::int32_t>(code, 0));
         if (c >= kHighSurrogateFirst && c < kLowSurrogateFirst) {
+            Emit(c, false); // a high surrogate that waited in vain shows as such
             highSurrogate_ = c;
         } else if (c >= kLowSurrogateFirst && c < kSurrogateEnd && highSurrogate_ != 0) {
             const char32_t combined =
-                0x10000 + ((highSurrogate_ - kHighSurrogateFirst) << 10) + (c - kLowSurrogateFirst);
+                coding::kFirstAstral + ((highSurrogate_ - kHighSurrogateFirst) << 10) + (c - kLowSurrogateFirst);
             highSurrogate_ = 0;
             Emit(combined, false);
         } else {
-            highSurrogate_ = 0;
             Emit(c, false);
         }
         skip_ = State().unicodeSkip;
     }
 
+    // Raw text is read as UTF-8, the system's own text; bytes that are not UTF-8 as code page 1252.
     void TextByte() {
-        const auto byte = static_cast<unsigned char>(rtf_[i_]);
-        if (byte < 0x80) {
-            ++i_;
-            Emit(byte, true);
-            return;
-        }
-        const std::size_t length = Utf8Length(rtf_, i_);
+        char32_t c = 0;
+        const std::size_t length = coding::DecodeUtf8(rtf_, i_, c);
         if (length == 0) {
-            ++i_;
-            Emit(FromCp1252(byte), true);
+            Emit(FromCp1252(static_cast<unsigned char>(rtf_[i_++])), true);
             return;
         }
-        char32_t c = byte & (0x7F >> length);
-        for (std::size_t k = 1; k < length; ++k)
-            c = (c << 6) | (static_cast<unsigned char>(rtf_[i_ + k]) & 0x3F);
         i_ += length;
         Emit(c, true);
     }
@@ -383,6 +310,13 @@ private:
             --skip_;
             return;
         }
+        if (highSurrogate_ != 0) {
+            // Any character but its low half leaves a high surrogate alone: it shows as unreadable.
+            highSurrogate_ = 0;
+            Emit(coding::kReplacementCharacter, false);
+        }
+        if (c >= kHighSurrogateFirst && c < kLowSurrogateFirst)
+            return; // held until the next character tells whether it pairs
         switch (State().destination) {
         case Destination::Skip:
             return;

@@ -3,6 +3,7 @@
 #include "frame/ErrorHandling.h"
 #include "platform/ui/UIServices.h"
 #include "support/AnchorObjectList.h"
+#include "support/ReportTemplates.h"
 #include "support/RtfRenderer.h"
 
 namespace tess {
@@ -71,7 +72,8 @@ void frmReport_modal::cmdOK_Click() {
 void frmReport_modal::cmdCopy_Click() {
     TrappedVoid("cmdCopy_Click ", [&] {
         const std::string& rtf = Ctl("txtReport").Text;
-        UI().CopyToClipboard(rtf, RtfToHtml(rtf), RtfToText(rtf));
+        // Other programs read the rich text by its declared code page.
+        UI().CopyToClipboard(RtfWithCodePageEscapes(rtf), RtfToHtml(rtf), RtfToText(rtf));
     });
 }
 

@@ -48,6 +48,10 @@ TEST_P(BadUsage, ExitsWithTwoAndSaysWhy) {
     const Captured result = RunLine(GetParam().args);
     EXPECT_EQ(result.code, 2) << result.err;
     EXPECT_NE(result.err.find(GetParam().message), std::string::npos) << result.err;
+    // One line in the host's words; none of the parser's own.
+    EXPECT_EQ(result.err.rfind("tessarine: ", 0), 0u) << result.err;
+    for (const char* raw : {"The following arguments", "FAILED", "At Most", "Excludes", "required"})
+        EXPECT_EQ(result.err.find(raw), std::string::npos) << raw << " in " << result.err;
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -69,23 +73,93 @@ INSTANTIATE_TEST_SUITE_P(
         UsageCase{"GeodWithThreeNumbers", {"geod", "inverse", "1", "2", "3"}, "lon1 lat1 lon2 lat2"},
         UsageCase{"GeodUnknownSpheroid", {"geod", "inverse", "--spheroid", "Vulcan", "0", "0", "1", "1"},
                   "Vulcan"},
+        UsageCase{"OptionTypo",
+                  {"vertices", "--layer", "a.shp", "out/a.shp", "--ouput"},
+                  "vertices has no option --ouput; did you mean --output?"},
+        UsageCase{"OptionTypoWithValueJoined", {"graphics", "flip", "--sav=x.map.json"},
+                  "graphics flip has no option --sav; did you mean --save?"},
+        UsageCase{"WordOfNoOption", {"vertices", "--layer", "a.shp", "out/a.shp"}, "unexpected argument \"out/a.shp\""},
+        UsageCase{"ValueOffTheList", {"vertices", "--layer", "a.shp", "--progress", "plian"},
+                  "--progress takes auto, line, plain or none, not \"plian\" (did you mean plain?)"},
+        UsageCase{"OptionTwice", {"vertices", "--layer", "a.shp", "--output", "a.shp", "--output", "b.shp"},
+                  "--output was given more than once"},
+        UsageCase{"OptionWithoutValue", {"vertices", "--layer", "a.shp", "--output"}, "--output needs a value (PATH)"},
+        UsageCase{"CommandTypo", {"vertexes"}, "did you mean vertices?"},
+        UsageCase{"GroupCommandTypo", {"graphics", "fip"}, "graphics has no command \"fip\" (did you mean flip?)"},
+        UsageCase{"TwoCommands", {"graphics", "flip", "zoom"}, "one command at a time"},
+        UsageCase{"NegativeNumberTooMany", {"geod", "inverse", "1", "2", "3", "4", "-5"},
+                  "unexpected argument \"-5\""},
         UsageCase{"GeodAxesTheWrongWayRound", {"geod", "direct", "--spheroid", "6356752,6378137", "0", "0", "0", "1"},
                   "semi-minor"}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST(CommandLine, CommandsExplainThemselves) {
-    // Without arguments, and with --help, each level shows its help with examples; nothing is run.
-    for (const std::vector<std::string>& args :
-         std::vector<std::vector<std::string>>{{}, {"--help"}, {"vertices"}, {"vertices", "--help"},
-                                               {"graphics"}, {"graphics", "flip", "--help"}, {"geod"},
-                                               {"geod", "direct", "--help"}}) {
+    // With --help each level shows its help with examples and ends well; without what it needs to
+    // run it shows the same help, but a script must not take that for a run: exit code 2.
+    for (const auto& [args, code] : std::vector<std::pair<std::vector<std::string>, int>>{
+             {{"--help"}, 0},
+             {{"vertices", "--help"}, 0},
+             {{"graphics", "flip", "--help"}, 0},
+             {{"geod", "direct", "--help"}, 0},
+             {{}, 2},
+             {{"vertices"}, 2},
+             {{"Tessarine_ShapesToVertices"}, 2},
+             {{"graphics"}, 2},
+             {{"graphics", "flip"}, 2},
+             {{"geod"}, 2}}) {
         const Captured result = RunLine(args);
         std::string line;
         for (const auto& a : args)
             line += a + " ";
-        EXPECT_EQ(result.code, 0) << line << result.err;
+        EXPECT_EQ(result.code, code) << line << result.err;
         EXPECT_NE(result.out.find("Examples:"), std::string::npos) << line << result.out;
+        EXPECT_NE(result.out.find("Usage: tessarine"), std::string::npos) << line << result.out;
     }
+}
+
+TEST(CommandLine, HelpKeepsItsColumnsStatesDefaultsAndSaysDesktopOnlyOneWay) {
+    constexpr std::size_t kDescriptionColumn = 34; // where every description starts
+    constexpr std::size_t kHelpWidth = 100;        // characters a help line takes at most
+    for (const std::vector<std::string>& args : std::vector<std::vector<std::string>>{
+             {"--help"}, {"vertices", "--help"}, {"graphics", "flip", "--help"}, {"demo", "--help"},
+             {"calculate", "--help"}, {"geod", "inverse", "--help"}, {"graphics", "--help"}}) {
+        const std::string help = RunLine(args).out;
+        EXPECT_EQ(help.find("Excludes"), std::string::npos) << help;
+        EXPECT_EQ(help.find("x)]"), std::string::npos) << "CLI11's repeat marks in the usage line\n" << help;
+        EXPECT_EQ(help.find("tessarine-map for now"), std::string::npos) << help;
+        std::istringstream lines(help);
+        bool inList = false; // the lists of options and commands, up to the next blank line
+        for (std::string line; std::getline(lines, line);) {
+            if (line == "Options:" || line == "Subcommands:" || line == "Positionals:") {
+                inList = true;
+                continue;
+            }
+            if (line.empty())
+                inList = false;
+            if (!inList)
+                continue;
+            EXPECT_LE(line.size(), kHelpWidth) << line;
+            if (line.size() <= kDescriptionColumn || line[2] == ' ')
+                continue;
+            // The option and its value end before the column, with two blanks at least.
+            EXPECT_EQ(line.substr(kDescriptionColumn - 2, 2), "  ") << line;
+            EXPECT_NE(line[kDescriptionColumn], ' ') << line;
+        }
+    }
+    // Descriptions wrap: the words count, not where the lines break.
+    std::string vertices;
+    for (const std::string& word : SplitAny(RunLine({"vertices", "--help"}).out, " \n"))
+        vertices += word + " ";
+    for (const char* stated : {"(default: auto)", "(default: the dialog's proposal", "(default: none)",
+                               "(default: ask on a terminal, else No)"})
+        EXPECT_NE(vertices.find(stated), std::string::npos) << stated;
+    const std::string top = RunLine({"--help"}).out;
+    EXPECT_NE(top.find(std::string("Calculate Geometry (Tessarine_CalcGeometry); ") + std::string(kDesktopOnly)),
+              std::string::npos)
+        << top;
+    const Captured run = RunLine({"calculate", "--layer", "a.shp"});
+    EXPECT_NE(run.err.find(std::string(kDesktopOnly) + ": " + std::string(kDesktopOnlyWhere)), std::string::npos)
+        << run.err;
 }
 
 TEST(CommandLine, CommandNameStandsForItsFriendlyName) {
@@ -123,6 +197,37 @@ TEST(TextUtil, CaptionsLoseTheirAccessKeyMarks) {
     EXPECT_EQ(SplitAny(",a,, b ,", ","), (std::vector<std::string>{"a", " b "}));
 }
 
+TEST(TextUtil, NearestWordIsOnlyOfferedWhenCloseEnough) {
+    const std::vector<std::string> options{"--output", "--input", "--all", "--all-fields", "--save"};
+    EXPECT_EQ(EditDistance("ouput", "output"), 1u);
+    EXPECT_EQ(EditDistance("otuput", "OUTPUT"), 1u) << "a swap of neighbours is one edit, case aside";
+    EXPECT_EQ(EditDistance("", "abc"), 3u);
+    EXPECT_EQ(NearestWord("--ouput", options), "--output");
+    EXPECT_EQ(NearestWord("--all-field", options), "--all-fields");
+    EXPECT_EQ(NearestWord("--inp", options), "--input") << "the only option it begins";
+    EXPECT_EQ(NearestWord("--al", options), "--all");
+    EXPECT_EQ(NearestWord("--colour", options), "") << "nothing near: no guess";
+    EXPECT_EQ(NearestWord("-", options), "");
+    EXPECT_EQ(JoinWords({"a"}), "a");
+    EXPECT_EQ(JoinWords({"a", "b", "c"}), "a, b or c");
+}
+
+TEST(OutputTarget, NamesTheClassAsTheDialogWillMakeIt) {
+    test::TempDir dir;
+    std::filesystem::create_directories(dir.Path() / "plain");
+    const OutputTarget shapefile = ReadOutputTarget(dir / "plain/roads");
+    EXPECT_EQ(shapefile.problem, "");
+    EXPECT_EQ(shapefile.name, "roads.shp");
+    EXPECT_TRUE(shapefile.placeExists);
+    EXPECT_FALSE(OutputExists(shapefile));
+    const OutputTarget package = ReadOutputTarget(dir / "plain/new.gpkg/my roads.shp");
+    EXPECT_EQ(package.problem, "") << "a GeoPackage is made with its first class";
+    EXPECT_EQ(package.name, "my_roads");
+    EXPECT_FALSE(package.placeExists);
+    EXPECT_NE(ReadOutputTarget(dir / "plain/a.geojson").problem.find(".geojson"), std::string::npos);
+    EXPECT_NE(ReadOutputTarget("x.mdb").problem.find("a personal geodatabase"), std::string::npos);
+}
+
 TEST(OutputLocation, GeodatabasesAndDatasetsAreChosenAsTheCatalogWouldShowThem) {
     test::TempDir dir;
     std::filesystem::create_directories(dir.Path() / "out.gdb");
@@ -148,6 +253,11 @@ TEST(OutputLocation, GeodatabasesAndDatasetsAreChosenAsTheCatalogWouldShowThem) 
     EXPECT_FALSE(OutputLocation(dir / "plain/v.shp"));
     EXPECT_FALSE(OutputLocation(dir / "missing.gdb/v"));
     EXPECT_FALSE(OutputLocation("v.shp"));
+    // A GeoPackage that is not there yet is chosen as one, to be made in its folder.
+    auto newPackage = OutputLocation(dir / "plain/new.gpkg/points");
+    ASSERT_TRUE(newPackage);
+    EXPECT_EQ(newPackage->Category, "GeoPackage");
+    EXPECT_FALSE(OutputLocation(dir / "nowhere/new.gpkg/points"));
 }
 
 } // namespace

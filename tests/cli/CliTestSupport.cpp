@@ -1,5 +1,6 @@
 #include "CliTestSupport.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cctype>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <sstream>
@@ -48,15 +50,28 @@ TempDir::~TempDir() {
     fs::remove_all(path_, error);
 }
 
-Child::Child(const std::vector<std::string>& args, const fs::path& folder, const std::string& input) {
+Child::Child(const std::vector<std::string>& args, const fs::path& folder, const std::string& input,
+             ChildInput kind) {
     int outPipe[2];
     int errPipe[2];
     int inPipe[2];
     if (::pipe(outPipe) != 0 || ::pipe(errPipe) != 0 || ::pipe(inPipe) != 0)
         throw std::runtime_error("pipe failed");
+    int terminal = -1;
+    if (kind == ChildInput::Terminal) {
+        // A pseudo-terminal for the input: the child sees a user who can be asked.
+        terminalFd_ = ::posix_openpt(O_RDWR | O_NOCTTY);
+        if (terminalFd_ < 0 || ::grantpt(terminalFd_) != 0 || ::unlockpt(terminalFd_) != 0)
+            throw std::runtime_error("no pseudo-terminal");
+        terminal = ::open(::ptsname(terminalFd_), O_RDWR | O_NOCTTY);
+        if (terminal < 0)
+            throw std::runtime_error("cannot open the pseudo-terminal");
+    }
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, inPipe[0], STDIN_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, terminal >= 0 ? terminal : inPipe[0], STDIN_FILENO);
+    if (terminal >= 0)
+        posix_spawn_file_actions_addclose(&actions, terminal);
     posix_spawn_file_actions_adddup2(&actions, outPipe[1], STDOUT_FILENO);
     posix_spawn_file_actions_adddup2(&actions, errPipe[1], STDERR_FILENO);
     for (int fd : {inPipe[0], inPipe[1], outPipe[0], outPipe[1], errPipe[0], errPipe[1]})
@@ -85,6 +100,8 @@ Child::Child(const std::vector<std::string>& args, const fs::path& folder, const
     ::close(inPipe[0]);
     ::close(outPipe[1]);
     ::close(errPipe[1]);
+    if (terminal >= 0)
+        ::close(terminal);
     if (spawned != 0)
         throw std::runtime_error(std::string("cannot start ") + TESS_CLI_BINARY);
     if (!input.empty() && ::write(inPipe[1], input.data(), input.size()) < 0)
@@ -99,6 +116,13 @@ Child::~Child() {
         ::kill(pid_, SIGKILL);
         Finish();
     }
+    if (terminalFd_ >= 0)
+        ::close(terminalFd_);
+}
+
+void Child::Type(const std::string& keys) {
+    if (terminalFd_ < 0 || ::write(terminalFd_, keys.data(), keys.size()) != static_cast<ssize_t>(keys.size()))
+        throw std::runtime_error("cannot type on the child's terminal");
 }
 
 bool Child::Pump() {

@@ -37,15 +37,21 @@ struct ProcessResult {
     std::string err;
 };
 
+//! What the child reads: a pipe with the given text, or a terminal that the test types into.
+enum class ChildInput { Pipe, Terminal };
+
 //! A child running the built `tessarine` in `folder`, with its own registry stand-in there.
 class Child {
 public:
-    Child(const std::vector<std::string>& args, const std::filesystem::path& folder, const std::string& input = "");
+    Child(const std::vector<std::string>& args, const std::filesystem::path& folder, const std::string& input = "",
+          ChildInput kind = ChildInput::Pipe);
     ~Child();
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
 
     pid_t Pid() const { return pid_; }
+    //! Types on the child's terminal (ChildInput::Terminal): "n\n", or "\x04" for Ctrl-D.
+    void Type(const std::string& keys);
     //! Reads what the child wrote until `text` appears in its error stream (true) or it ends (false).
     bool WaitForErr(const std::string& text);
     //! Reads everything and waits for the end.
@@ -54,6 +60,7 @@ public:
 private:
     bool Pump(); // false once both streams are closed
     pid_t pid_ = -1;
+    int terminalFd_ = -1; // the controlling side of the child's terminal
     int outFd_ = -1;
     int errFd_ = -1;
     ProcessResult result_;

@@ -183,6 +183,8 @@ INSTANTIATE_TEST_SUITE_P(
     EndToEnd, BadInputs,
     ::testing::Values(
         BadInput{"UnknownLayer", {"vertices", "--doc", "@/data/demo.map.json", "--input", "roads"}, 2, "\"roads\""},
+        BadInput{"MistypedLayer", {"vertices", "--doc", "@/data/demo.map.json", "--input", "Trials"}, 2,
+                 "no layer \"Trials\" (did you mean \"trails\"?)"},
         BadInput{"LayerOfTheWrongKind", {"vertices", "--doc", "@/data/demo.map.json", "--input", "wells"}, 2,
                  "\"wells\" is not one that"},
         BadInput{"MissingOutputFolder",
@@ -206,8 +208,8 @@ TEST_F(Vertices, ExistingOutputIsOnlyReplacedWhenTheUserSaysYes) {
     ASSERT_EQ(RunTessarine(args, dir_.Path()).exitCode, 0);
     // No terminal and no --yes: the safe answer, No, and the run makes nothing.
     const ProcessResult refused = RunTessarine(args, dir_.Path());
-    EXPECT_NE(refused.exitCode, 0);
-    EXPECT_NE(refused.err.find("(no terminal to ask"), std::string::npos) << refused.err;
+    EXPECT_EQ(refused.exitCode, 2);
+    EXPECT_NE(refused.err.find("there is no terminal to ask (--yes replaces it)"), std::string::npos) << refused.err;
     const std::vector<std::string> yes{"vertices", "--layer", Data("trails.shp"), "--output", Out("v.shp"), "--yes"};
     const ProcessResult replaced = RunTessarine(yes, dir_.Path());
     EXPECT_EQ(replaced.exitCode, 0) << replaced.err;

@@ -167,10 +167,8 @@ TEST_F(GraphicsTools, EmptyClassesAndBadInputGetClearAnswers) {
     const auto kept = fs::file_size(Out("empty.shp"));
     const ProcessResult no = Run({"graphics-to-shapes", "--convert", "polygons", "--output", Out("empty.shp"),
                                   "--no", "--save"});
-    EXPECT_EQ(no.exitCode, 1);
-    EXPECT_NE(no.err.find("The Feature Class 'empty.shp' already exists!  Do you wish to overwrite it?"),
-              std::string::npos)
-        << no.err;
+    EXPECT_EQ(no.exitCode, 2);
+    EXPECT_NE(no.err.find("exists and was not replaced (--yes replaces it)"), std::string::npos) << no.err;
     EXPECT_EQ(fs::file_size(Out("empty.shp")), kept);
     EXPECT_EQ(Snapshot(Doc()), before); // a run that made nothing saves nothing
     const ProcessResult yes =
@@ -186,7 +184,7 @@ TEST_F(GraphicsTools, EmptyClassesAndBadInputGetClearAnswers) {
     const Bad cases[] = {
         {{"graphics-to-shapes", "--convert", "polygons", "--output", "@/nowhere/x.shp"}, 2, "does not exist"},
         {{"graphics-to-shapes", "--convert", "polygons", "--output", "@/out/made.gdb/x"}, 2,
-         "the geodatabase of"},
+         "made.gdb\" is not there"},
         {{"graphics-to-shapes", "--empty", "point", "--spatial-reference", "EPSG:999999"}, 2,
          "unknown spatial reference \"EPSG:999999\""},
         {{"graphics-to-shapes", "--convert", "lines"}, 2, "not a line of the dialog"},

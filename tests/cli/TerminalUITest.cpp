@@ -1,12 +1,11 @@
-// The terminal's UI services: how questions are answered, how a progress window
-// reads as a line, and how Ctrl-C reaches the Stop button.
+// The terminal's UI services: how questions are answered and how Ctrl-C reaches
+// the Stop button (the progress line itself: ProgressLineTest.cpp).
 
 #include <gtest/gtest.h>
 
 #include <sstream>
 
 #include "Interrupt.h"
-#include "ProgressLine.h"
 #include "TerminalUI.h"
 #include "platform/ui/Form.h"
 
@@ -79,31 +78,6 @@ INSTANTIATE_TEST_SUITE_P(
         AnswerCase{"OKNeedsNoAnswer", Answer::No, false, "", MsgBoxButtons::OK, MsgBoxResult::OK}),
     [](const auto& info) { return std::string(info.param.name); });
 
-TEST(ProgressLine, ReadsTheWindowsLabels) {
-    FakeProgressWindow window;
-    EXPECT_EQ(ProgressLine::Text(window), ""); // nothing before the first step
-    window.Step("45.2", "4,520 of 10,000", "0:01:02");
-    EXPECT_EQ(ProgressLine::Text(window), "Extracting Vertices...  45.2%  record 4,520 of 10,000  time left 0:01:02");
-    window.Ctl("lblTimeLeft").Caption = "Estimated time remaining: ---:---:---";
-    EXPECT_EQ(ProgressLine::Text(window), "Extracting Vertices...  45.2%  record 4,520 of 10,000");
-}
-
-TEST(ProgressLine, RewritesOneLineOnATerminalAndEndsIt) {
-    FakeProgressWindow window;
-    std::ostringstream err;
-    ProgressLine line(err, true);
-    window.Step("10", "100 of 1,000", "0:00:09");
-    line.Update(window);
-    window.Step("100", "1,000 of 1,000", "0:00:00");
-    line.Finish(window);
-    const std::string text = err.str();
-    EXPECT_EQ(text.front(), '\r');
-    EXPECT_EQ(text.back(), '\n');
-    EXPECT_NE(text.find("\rExtracting Vertices...  100%  record 1,000 of 1,000  time left 0:00:00"),
-              std::string::npos);
-    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1);
-}
-
 TEST(TerminalUI, CtrlCIsAClickOnStopAtTheNextEventPump) {
     Terminal terminal;
     TerminalUI ui(terminal.console, Answer::Ask, ProgressStyle::Plain);
@@ -128,6 +102,40 @@ TEST(TerminalUI, CtrlCIsAClickOnStopAtTheNextEventPump) {
     ui.DoEvents();
     EXPECT_EQ(window.stops, 1); // one Ctrl-C, one click
     ui.HideModeless(window);
+}
+
+TEST(TerminalUI, CtrlCAtAQuestionCancelsTheCommand) {
+    Terminal terminal("y\ny\n", true);
+    TerminalUI ui(terminal.console, Answer::Ask, ProgressStyle::None);
+    InterruptGuard guard;
+    RequestInterrupt(); // Ctrl-C while the prompt waits
+    EXPECT_EQ(ui.MessageBox("Overwrite it?", MsgBoxButtons::YesNo, MsgBoxIcon::Question, "File Exists:"),
+              MsgBoxResult::No);
+    EXPECT_TRUE(ui.Cancelled());
+    EXPECT_FALSE(InterruptPending()) << "taken here: it is no Stop for a progress window later";
+    // What follows from the cancel takes the safe answer unseen, and its fault report is not shown;
+    // the "y" typed ahead is never read as an answer.
+    const std::string shown = terminal.err.str();
+    EXPECT_EQ(ui.MessageBox("Again?", MsgBoxButtons::YesNo, MsgBoxIcon::Question, "Again:"), MsgBoxResult::No);
+    ui.ShowErrorWindow("Error 91: Object variable or With block variable not set");
+    EXPECT_EQ(terminal.err.str(), shown);
+    EXPECT_EQ(ui.Confirm("Replace it?"), std::nullopt);
+}
+
+TEST(TerminalUI, AnAnswerGivenBeforeTheRunAnswersItsQuestionOnce) {
+    Terminal terminal; // no terminal: a question would take No
+    TerminalUI ui(terminal.console, Answer::Ask, ProgressStyle::None);
+    ui.AnswerInAdvance("Feature Class Already Exists:", MsgBoxResult::Yes);
+    EXPECT_EQ(ui.MessageBox("Other?", MsgBoxButtons::YesNo, MsgBoxIcon::Question, "Other:"), MsgBoxResult::No);
+    const std::string shown = terminal.err.str();
+    EXPECT_EQ(ui.MessageBox("The Feature Class 'a.shp' already exists!", MsgBoxButtons::YesNo,
+                            MsgBoxIcon::Question, "Feature Class Already Exists:"),
+              MsgBoxResult::Yes);
+    EXPECT_EQ(terminal.err.str(), shown) << "not shown again";
+    EXPECT_EQ(ui.MessageBox("The Feature Class 'a.shp' already exists!", MsgBoxButtons::YesNo,
+                            MsgBoxIcon::Question, "Feature Class Already Exists:"),
+              MsgBoxResult::No);
+    EXPECT_EQ(ui.QuestionsDefaulted(), 2);
 }
 
 TEST(TerminalUI, DialogsWithoutDriverCloseAsCancelledAndSaySo) {

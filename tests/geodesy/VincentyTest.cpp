@@ -1,5 +1,6 @@
 #include "geodesy/Vincenty.h"
 #include "geodesy/GeodesyConstants.h"
+#include "platform/geometry/Point.h"
 
 #include "FaultRecorder.h"
 
@@ -98,6 +99,40 @@ TEST(DistanceVincentyNumbers, ZeroSinSigmaInAPassIsReportedAndLeavesTheAzimuths)
     EXPECT_EQ(az2, 22.0);
     ASSERT_EQ(faults.Count(), 1u);
     EXPECT_TRUE(faults.LastNames("DistanceVincentyNumbers2 ")) << faults.Last();
+}
+
+TEST(VincentyOutcome, TellsSettledLinesFromSpentPassesAndFaults) {
+    // The routines stay silent; the outcome is what a caller may show a user.
+    FaultRecorder faults;
+    double az1 = 0, az2 = 0;
+    VincentyOutcome outcome = VincentyOutcome::Faulted;
+    DistanceVincentyNumbers(-77.0365, 38.8977, 2.2945, 48.8584, az1, az2, &outcome);
+    EXPECT_EQ(outcome, VincentyOutcome::Settled);
+    DistanceVincentyNumbers2(10.0, 20.0, 10.0, 20.0, az1, az2, kWgsA, kWgsB, &outcome); // identical
+    EXPECT_EQ(outcome, VincentyOutcome::Settled);
+    DistanceVincentyNumbers2(0.0, 10.0, 360.0, 10.0, az1, az2, kWgsA, kWgsB, &outcome); // no pass either
+    EXPECT_EQ(outcome, VincentyOutcome::Settled);
+
+    // Antipodal on the equator: 40 passes and still oscillating, ~100 km short.
+    const double s = DistanceVincentyNumbers(0.0, 0.0, 180.0, 0.0, az1, az2, &outcome);
+    EXPECT_EQ(outcome, VincentyOutcome::PassesSpent);
+    EXPECT_LT(s, 19950000.0); // metres; the geodesic over the pole is 20,003,931 m
+    DistanceVincentyNumbers2(0.0, 0.5, 179.5, -0.5, az1, az2, kWgsA, kWgsB, &outcome);
+    EXPECT_EQ(outcome, VincentyOutcome::PassesSpent);
+    EXPECT_EQ(faults.Count(), 0u);
+
+    // One ulp apart in latitude: sinSigma is exactly 0 and the pass faults.
+    DistanceVincentyNumbers2(5.0, 30.0, 5.0, std::nextafter(30.0, 90.0), az1, az2, kWgsA, kWgsB, &outcome);
+    EXPECT_EQ(outcome, VincentyOutcome::Faulted);
+    EXPECT_EQ(faults.Count(), 1u);
+
+    Point start(0.0, 0.0), end;
+    double far = 0;
+    outcome = VincentyOutcome::Faulted;
+    PointLineVincentyPerPoint2(start, 19000000.0, 30.0, end, far, kWgsA, kWgsB, &outcome);
+    EXPECT_EQ(outcome, VincentyOutcome::Settled);
+    PointLineVincentyPerPoint2(start, 0.0, 30.0, end, far, kWgsA, kWgsB, &outcome);
+    EXPECT_EQ(outcome, VincentyOutcome::Settled);
 }
 
 TEST(DistanceVincentyNumbers, EquatorialLineHasZeroCosSqAlpha) {

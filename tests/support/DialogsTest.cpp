@@ -33,6 +33,16 @@ TEST_F(ReportDialogTest, CopyPutsAllThreeFormsOnTheClipboard) {
     EXPECT_EQ(ui_->Clipboard(), "Done\n  3 Records\n"); // the first blank ends \par
 }
 
+TEST_F(ReportDialogTest, CopiedRichTextEscapesWhatTheCodePageLacks) {
+    // Names go into reports as UTF-8; other programs read the rich text by its code page.
+    const std::string report = R"({\rtf1\ansi\ansicpg1252 Z)" "\xC3\xBCrich \xE6\x9D\xB1\xE4\xBA\xAC" R"(\par})";
+    ui_->QueueFormScript("frmReport_modal", [](Form& f) { f.Fire("cmdCopy", FormEvent::Click); });
+    frmReport_modal::ShowReport(report);
+    const std::string escaped = R"({\rtf1\ansi\ansicpg1252 Z\'fcrich \u26481?\u20140?\par})";
+    EXPECT_EQ(ui_->Texts("copy"), std::vector<std::string>{escaped});
+    EXPECT_EQ(ui_->Clipboard(), "Z\xC3\xBCrich \xE6\x9D\xB1\xE4\xBA\xAC\n");
+}
+
 TEST_F(ReportDialogTest, PrintLeavesTheReportOpen) {
     ui_->QueueFormScript("frmReport_modal", [](Form& f) {
         f.Fire("cmdPrint", FormEvent::Click);

@@ -39,9 +39,11 @@ inline double VincentyLambdaTerm(double C, double f, double sinAlpha, double sig
 //! Inverse problem: distance in the axes' unit, azimuths in degrees [0, 360]. a and b give uSq
 //! and the distance, f the reduced latitudes and the series: the caller chooses where f comes
 //! from. Identical positions give 0 with both azimuths 0. No normalisation of the longitude
-//! difference, no report when the loop runs out of passes.
+//! difference, no report when the loop runs out of passes: `settled` tells whether the last
+//! pass met the tolerance (true also when no pass was needed).
 inline double VincentyInverse(double Lon1, double Lat1, double Lon2, double Lat2, double a, double b, double f,
-                              double& Azimuth1, double& Azimuth2) {
+                              double& Azimuth1, double& Azimuth2, bool& settled) {
+    settled = true;
     if (Lon1 == Lon2 && Lat1 == Lat2) {
         Azimuth1 = 0.0;
         Azimuth2 = 0.0;
@@ -76,6 +78,8 @@ inline double VincentyInverse(double Lon1, double Lat1, double Lon2, double Lat2
         lambda = L + VincentyLambdaTerm(C, f, sinAlpha, sigma, sinSigma, cosSigma, cos2SigmaM);
         --passesLeft;
     }
+    // Written so that a NaN counts as unsettled.
+    settled = std::fabs(lambda - lambdaP) <= kTolerance;
 
     const double uSq = VincentyUSquared(a, b, cosSqAlpha);
     const double A = VincentyA(uSq);
@@ -98,8 +102,10 @@ inline double VincentyInverse(double Lon1, double Lat1, double Lon2, double Lat2
 //! Direct problem: the end of the geodesic from (lon, lat) at Distance along Azimuth (degrees).
 //! f is (a - b) / a. The longitude is not brought into any range; FarAzimuth is the direction
 //! of travel at the end, in [0, 360]. A Distance of 0 copies the start and hands the azimuth back.
+//! `settled` tells whether the last pass met the tolerance.
 inline void VincentyDirect(double lon, double lat, double Distance, double Azimuth, double a, double b,
-                           double& EndLon, double& EndLat, double& FarAzimuth) {
+                           double& EndLon, double& EndLat, double& FarAzimuth, bool& settled) {
+    settled = true;
     if (Distance == 0.0) {
         EndLon = lon;
         EndLat = lat;
@@ -131,6 +137,7 @@ inline void VincentyDirect(double lon, double lat, double Distance, double Azimu
         sigma = Distance / (b * A) + deltaSigma;
         --passesLeft;
     }
+    settled = std::fabs(sigma - sigmaP) <= kTolerance;
     // Taken again from the final sigma, unlike the inverse problem.
     const double cos2SigmaM = std::cos(2.0 * sigma1 + sigma);
     const double sinSigma = std::sin(sigma);

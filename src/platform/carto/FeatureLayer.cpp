@@ -84,6 +84,7 @@ FeatureLayer::~FeatureLayer() = default;
 
 void FeatureLayer::FeatureClass(const std::shared_ptr<IFeatureClass>& featureClass) {
     kept_ = {};
+    asked_ = {};
     if (!featureClass) {
         featureClass_.reset();
         hold_.Release();
@@ -184,6 +185,7 @@ void FeatureLayer::Kept(const KeptSelection& selection) {
 void FeatureLayer::ApplyKept() {
     if (kept_.Empty())
         return;
+    asked_ = kept_;
     if (!kept_.whereClause.empty()) {
         auto filter = std::make_shared<QueryFilter>();
         filter->WhereClause(kept_.whereClause);

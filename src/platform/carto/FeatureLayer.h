@@ -87,6 +87,9 @@ public:
     //! The selection waiting for the data (see KeptSelection). Setting it on a valid layer applies it.
     const KeptSelection& Kept() const { return kept_; }
     void Kept(const KeptSelection& selection);
+    //! The kept selection that was applied when the data came (a document's), so that a host can
+    //! tell a selection that came out empty from none asked for; empty once other data is set.
+    const KeptSelection& SelectionAsked() const { return asked_; }
     //! The fields whose alias or visibility the layer changed, in field-name order.
     std::vector<FieldDisplay> FieldDisplays() const;
     void FieldDisplays(const std::vector<FieldDisplay>& displays);
@@ -106,6 +109,7 @@ private:
     mutable std::shared_ptr<ISelectionSet> selection_;
     DataSourceInfo source_;
     KeptSelection kept_;
+    KeptSelection asked_;
     mutable std::map<std::string, std::shared_ptr<Info>> infos_; // by lower-case field name
 };
 

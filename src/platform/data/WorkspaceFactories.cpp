@@ -92,128 +92,28 @@ void CreateAtomically(const std::string& path, OgrDriver driver) {
 
 } // namespace
 
-// ---------------------------------------------------------------- shapefiles
-
-std::shared_ptr<IWorkspace> ShapefileWorkspaceFactory::OpenFromFile(const std::string& path, std::intptr_t) {
-    const std::string p = NormalizePath(path);
-    if (!IsWorkspace(p))
-        Missing(p, "a folder of shapefiles");
-    return WorkspaceImpl::Open(p, OgrDriver::Shapefile, std::make_shared<ShapefileWorkspaceFactory>());
-}
-
-bool ShapefileWorkspaceFactory::IsWorkspace(const std::string& path) const {
-    const std::string p = NormalizePath(path);
-    return IsDir(p) && !EndsWithNoCase(p, ".gdb");
-}
-
-bool ShapefileWorkspaceFactory::ContainsWorkspace(const std::string& parentDirectory) const {
-    return IsWorkspace(parentDirectory);
-}
-
-std::shared_ptr<IWorkspace> ShapefileWorkspaceFactory::Create(const std::string& parentDirectory,
-                                                             const std::string& name) {
-    const std::string path = NewPath(parentDirectory, name, "");
-    std::error_code ec;
-    fs::create_directory(path, ec);
-    if (ec)
-        throw Fault(fault::DataFailed, kSource, "Cannot create '" + path + "' (" + ec.message() + ")");
-    return OpenFromFile(path, 0);
-}
-
-std::string ShapefileWorkspaceFactory::WorkspaceDescription(bool plural) const {
-    return plural ? "Shapefiles" : "Shapefile";
-}
-
-// ---------------------------------------------------------------- file geodatabases
-
-std::shared_ptr<IWorkspace> FileGDBWorkspaceFactory::OpenFromFile(const std::string& path, std::intptr_t) {
-    const std::string p = NormalizePath(path);
-    if (!IsWorkspace(p))
-        Missing(p, "a file geodatabase");
-    return WorkspaceImpl::Open(p, OgrDriver::FileGDB, std::make_shared<FileGDBWorkspaceFactory>());
-}
-
-bool FileGDBWorkspaceFactory::IsWorkspace(const std::string& path) const {
-    const std::string p = NormalizePath(path);
-    return IsDir(p) && EndsWithNoCase(p, ".gdb");
-}
-
-bool FileGDBWorkspaceFactory::ContainsWorkspace(const std::string& parentDirectory) const {
-    return IsWorkspace(parentDirectory) || AnyChild(parentDirectory, ".gdb", true);
-}
-
-std::shared_ptr<IWorkspace> FileGDBWorkspaceFactory::Create(const std::string& parentDirectory,
-                                                           const std::string& name) {
-    const std::string path = NewPath(parentDirectory, name, ".gdb");
-    CreateAtomically(path, OgrDriver::FileGDB);
-    return OpenFromFile(path, 0);
-}
-
-std::string FileGDBWorkspaceFactory::WorkspaceDescription(bool plural) const {
-    return plural ? "File Geodatabases" : "File Geodatabase";
-}
-
-// ---------------------------------------------------------------- personal geodatabases
-
-std::shared_ptr<IWorkspace> AccessWorkspaceFactory::OpenFromFile(const std::string& path, std::intptr_t) {
-    const std::string p = NormalizePath(path);
-    if (!IsWorkspace(p))
-        Missing(p, "a personal geodatabase");
-    return WorkspaceImpl::Open(p, OgrDriver::PersonalGDB, std::make_shared<AccessWorkspaceFactory>());
-}
-
-bool AccessWorkspaceFactory::IsWorkspace(const std::string& path) const {
-    const std::string p = NormalizePath(path);
-    return IsFile(p) && EndsWithNoCase(p, ".mdb");
-}
-
-bool AccessWorkspaceFactory::ContainsWorkspace(const std::string& parentDirectory) const {
-    return AnyChild(parentDirectory, ".mdb", false);
-}
-
-std::shared_ptr<IWorkspace> AccessWorkspaceFactory::Create(const std::string& parentDirectory,
-                                                          const std::string& name) {
-    throw Fault(fault::InvalidCall, kSource,
-                "Personal geodatabases are read-only on this platform: '" + name + "' cannot be created in '" +
-                    NormalizePath(parentDirectory) + "'");
-}
-
-std::string AccessWorkspaceFactory::WorkspaceDescription(bool plural) const {
-    return plural ? "Personal Geodatabases" : "Personal Geodatabase";
-}
-
-// ---------------------------------------------------------------- GeoPackages
-
-std::shared_ptr<IWorkspace> GeoPackageWorkspaceFactory::OpenFromFile(const std::string& path, std::intptr_t) {
-    const std::string p = NormalizePath(path);
-    if (!IsWorkspace(p))
-        Missing(p, "a GeoPackage");
-    return WorkspaceImpl::Open(p, OgrDriver::GeoPackage, std::make_shared<GeoPackageWorkspaceFactory>());
-}
-
-bool GeoPackageWorkspaceFactory::IsWorkspace(const std::string& path) const {
-    const std::string p = NormalizePath(path);
-    return IsFile(p) && EndsWithNoCase(p, ".gpkg");
-}
-
-bool GeoPackageWorkspaceFactory::ContainsWorkspace(const std::string& parentDirectory) const {
-    return AnyChild(parentDirectory, ".gpkg", false);
-}
-
-std::shared_ptr<IWorkspace> GeoPackageWorkspaceFactory::Create(const std::string& parentDirectory,
-                                                              const std::string& name) {
-    const std::string path = NewPath(parentDirectory, name, ".gpkg");
-    CreateAtomically(path, OgrDriver::GeoPackage);
-    return OpenFromFile(path, 0);
-}
-
-std::string GeoPackageWorkspaceFactory::WorkspaceDescription(bool plural) const {
-    return plural ? "GeoPackages" : "GeoPackage";
-}
-
-// ---------------------------------------------------------------- other vector files
+// ---------------------------------------------------------------- the kinds
 
 namespace {
+
+struct KindInfo {
+    OgrDriver driver;
+    const char* suffix; //!< of the workspace's name, lower case; empty for any
+    const char* what;   //!< "is not ..." when a path is of another kind
+    const char* singular;
+    const char* plural;
+};
+
+const KindInfo& Info(WorkspaceKind kind) {
+    static const KindInfo kinds[] = {
+        {OgrDriver::Shapefile, "", "a folder of shapefiles", "Shapefile", "Shapefiles"},
+        {OgrDriver::FileGDB, ".gdb", "a file geodatabase", "File Geodatabase", "File Geodatabases"},
+        {OgrDriver::PersonalGDB, ".mdb", "a personal geodatabase", "Personal Geodatabase", "Personal Geodatabases"},
+        {OgrDriver::GeoPackage, ".gpkg", "a GeoPackage", "GeoPackage", "GeoPackages"},
+        {OgrDriver::Vector, "", "a file of vector data that this system reads", "Vector File", "Vector Files"},
+    };
+    return kinds[static_cast<std::size_t>(kind)];
+}
 
 // Files that belong to the kinds above, or to a shapefile, are never vector file workspaces.
 bool OwnKindOfFile(const std::string& p) {
@@ -229,33 +129,101 @@ bool IsVectorFile(const std::string& p) {
 
 } // namespace
 
-std::shared_ptr<IWorkspace> VectorFileWorkspaceFactory::OpenFromFile(const std::string& path, std::intptr_t) {
-    const std::string p = NormalizePath(path);
-    if (!IsWorkspace(p))
-        Missing(p, "a file of vector data that this system reads");
-    return WorkspaceImpl::Open(p, OgrDriver::Vector, std::make_shared<VectorFileWorkspaceFactory>());
+std::shared_ptr<WorkspaceFactory> MakeWorkspaceFactory(WorkspaceKind kind) {
+    switch (kind) {
+    case WorkspaceKind::ShapefileFolder:
+        return std::make_shared<ShapefileWorkspaceFactory>();
+    case WorkspaceKind::FileGeodatabase:
+        return std::make_shared<FileGDBWorkspaceFactory>();
+    case WorkspaceKind::PersonalGeodatabase:
+        return std::make_shared<AccessWorkspaceFactory>();
+    case WorkspaceKind::GeoPackage:
+        return std::make_shared<GeoPackageWorkspaceFactory>();
+    case WorkspaceKind::VectorFile:
+        return std::make_shared<VectorFileWorkspaceFactory>();
+    }
+    return nullptr;
 }
 
-bool VectorFileWorkspaceFactory::IsWorkspace(const std::string& path) const { return IsVectorFile(NormalizePath(path)); }
+std::shared_ptr<IWorkspace> WorkspaceFactory::OpenFromFile(const std::string& path, std::intptr_t) {
+    const std::string p = NormalizePath(path);
+    const KindInfo& info = Info(kind_);
+    if (!IsWorkspace(p))
+        Missing(p, info.what);
+    return WorkspaceImpl::Open(p, info.driver, MakeWorkspaceFactory(kind_));
+}
 
-bool VectorFileWorkspaceFactory::ContainsWorkspace(const std::string& parentDirectory) const {
-    std::error_code ec;
-    for (const auto& entry : fs::directory_iterator(NormalizePath(parentDirectory), ec))
-        if (IsVectorFile(entry.path().string()))
-            return true;
+bool WorkspaceFactory::IsWorkspace(const std::string& path) const {
+    const std::string p = NormalizePath(path);
+    switch (kind_) {
+    case WorkspaceKind::ShapefileFolder:
+        return IsDir(p) && !EndsWithNoCase(p, ".gdb");
+    case WorkspaceKind::FileGeodatabase:
+        return IsDir(p) && EndsWithNoCase(p, ".gdb");
+    case WorkspaceKind::PersonalGeodatabase:
+    case WorkspaceKind::GeoPackage:
+        return IsFile(p) && EndsWithNoCase(p, Info(kind_).suffix);
+    case WorkspaceKind::VectorFile:
+        return IsVectorFile(p);
+    }
     return false;
 }
 
-std::shared_ptr<IWorkspace> VectorFileWorkspaceFactory::Create(const std::string& parentDirectory,
-                                                              const std::string& name) {
+bool WorkspaceFactory::ContainsWorkspace(const std::string& parentDirectory) const {
+    switch (kind_) {
+    case WorkspaceKind::ShapefileFolder:
+        return IsWorkspace(parentDirectory);
+    case WorkspaceKind::FileGeodatabase:
+        return IsWorkspace(parentDirectory) || AnyChild(parentDirectory, ".gdb", true);
+    case WorkspaceKind::PersonalGeodatabase:
+    case WorkspaceKind::GeoPackage:
+        return AnyChild(parentDirectory, Info(kind_).suffix, false);
+    case WorkspaceKind::VectorFile: {
+        std::error_code ec;
+        for (const auto& entry : fs::directory_iterator(NormalizePath(parentDirectory), ec))
+            if (IsVectorFile(entry.path().string()))
+                return true;
+        return false;
+    }
+    }
+    return false;
+}
+
+std::shared_ptr<IWorkspace> WorkspaceFactory::Create(const std::string& parentDirectory, const std::string& name) {
+    switch (kind_) {
+    case WorkspaceKind::ShapefileFolder: {
+        const std::string path = NewPath(parentDirectory, name, "");
+        std::error_code ec;
+        fs::create_directory(path, ec);
+        if (ec)
+            throw Fault(fault::DataFailed, kSource, "Cannot create '" + path + "' (" + ec.message() + ")");
+        return OpenFromFile(path, 0);
+    }
+    case WorkspaceKind::FileGeodatabase:
+    case WorkspaceKind::GeoPackage: {
+        const std::string path = NewPath(parentDirectory, name, Info(kind_).suffix);
+        CreateAtomically(path, Info(kind_).driver);
+        return OpenFromFile(path, 0);
+    }
+    case WorkspaceKind::PersonalGeodatabase:
+        throw Fault(fault::InvalidCall, kSource,
+                    "Personal geodatabases are read-only on this platform: '" + name + "' cannot be created in '" +
+                        NormalizePath(parentDirectory) + "'");
+    case WorkspaceKind::VectorFile:
+        break;
+    }
     throw Fault(fault::InvalidCall, kSource,
                 "'" + name + "' cannot be created in '" + NormalizePath(parentDirectory) +
                     "': files of this kind are read as input only; write shapefiles, file geodatabases or "
                     "GeoPackages");
 }
 
-std::string VectorFileWorkspaceFactory::WorkspaceDescription(bool plural) const {
-    return plural ? "Vector Files" : "Vector File";
+std::string WorkspaceFactory::WorkspaceDescription(bool plural) const {
+    return plural ? Info(kind_).plural : Info(kind_).singular;
+}
+
+bool WorkspaceFactory::CanWrite() const {
+    return kind_ != WorkspaceKind::PersonalGeodatabase && kind_ != WorkspaceKind::VectorFile;
 }
 
 // ---------------------------------------------------------------- by path

@@ -8,62 +8,57 @@
 
 namespace tess {
 
-//! A folder of shapefiles and dBASE tables.
-class ShapefileWorkspaceFactory final : public IWorkspaceFactory2 {
-public:
-    std::shared_ptr<IWorkspace> OpenFromFile(const std::string& path, std::intptr_t window) override;
-    bool IsWorkspace(const std::string& path) const override;
-    bool ContainsWorkspace(const std::string& parentDirectory) const override;
-    std::shared_ptr<IWorkspace> Create(const std::string& parentDirectory, const std::string& name) override;
-    std::string WorkspaceDescription(bool plural) const override;
-    bool CanWrite() const override { return true; }
+//! The kinds of workspace this platform reads.
+enum class WorkspaceKind {
+    ShapefileFolder,     //!< a folder of shapefiles and dBASE tables
+    FileGeodatabase,     //!< a folder whose name ends in ".gdb"
+    PersonalGeodatabase, //!< ".mdb", read-only, and only where an MDB driver for ODBC is installed
+    GeoPackage,          //!< ".gpkg": one file holding tables and feature classes
+    VectorFile,          //!< any other file of vector data the storage engine reads (GeoJSON,
+                         //!< FlatGeobuf, KML, GML, CSV with geometry...): input only, its layers as classes
 };
 
-//! A file geodatabase: a folder whose name ends in ".gdb".
-class FileGDBWorkspaceFactory final : public IWorkspaceFactory2 {
+//! The factory of one kind of workspace. The kinds differ only in how their paths look, whether
+//! they can be written and what they are called; the host's names for them are the classes below.
+class WorkspaceFactory : public IWorkspaceFactory2 {
 public:
+    explicit WorkspaceFactory(WorkspaceKind kind) : kind_(kind) {}
     std::shared_ptr<IWorkspace> OpenFromFile(const std::string& path, std::intptr_t window) override;
     bool IsWorkspace(const std::string& path) const override;
     bool ContainsWorkspace(const std::string& parentDirectory) const override;
+    //! Creating a workspace of a kind that cannot be written is a Fault saying so.
     std::shared_ptr<IWorkspace> Create(const std::string& parentDirectory, const std::string& name) override;
     std::string WorkspaceDescription(bool plural) const override;
-    bool CanWrite() const override { return true; }
+    bool CanWrite() const override;
+    WorkspaceKind Kind() const { return kind_; }
+
+private:
+    WorkspaceKind kind_;
 };
 
-//! A personal geodatabase (".mdb"), read-only here, and only where an MDB driver for ODBC is
-//! installed. Creating anything in it is a Fault saying so.
-class AccessWorkspaceFactory final : public IWorkspaceFactory2 {
+class ShapefileWorkspaceFactory final : public WorkspaceFactory {
 public:
-    std::shared_ptr<IWorkspace> OpenFromFile(const std::string& path, std::intptr_t window) override;
-    bool IsWorkspace(const std::string& path) const override;
-    bool ContainsWorkspace(const std::string& parentDirectory) const override;
-    std::shared_ptr<IWorkspace> Create(const std::string& parentDirectory, const std::string& name) override;
-    std::string WorkspaceDescription(bool plural) const override;
-    bool CanWrite() const override { return false; }
+    ShapefileWorkspaceFactory() : WorkspaceFactory(WorkspaceKind::ShapefileFolder) {}
+};
+class FileGDBWorkspaceFactory final : public WorkspaceFactory {
+public:
+    FileGDBWorkspaceFactory() : WorkspaceFactory(WorkspaceKind::FileGeodatabase) {}
+};
+class AccessWorkspaceFactory final : public WorkspaceFactory {
+public:
+    AccessWorkspaceFactory() : WorkspaceFactory(WorkspaceKind::PersonalGeodatabase) {}
+};
+class GeoPackageWorkspaceFactory final : public WorkspaceFactory {
+public:
+    GeoPackageWorkspaceFactory() : WorkspaceFactory(WorkspaceKind::GeoPackage) {}
+};
+class VectorFileWorkspaceFactory final : public WorkspaceFactory {
+public:
+    VectorFileWorkspaceFactory() : WorkspaceFactory(WorkspaceKind::VectorFile) {}
 };
 
-//! A GeoPackage (".gpkg"): one file holding tables and feature classes.
-class GeoPackageWorkspaceFactory final : public IWorkspaceFactory2 {
-public:
-    std::shared_ptr<IWorkspace> OpenFromFile(const std::string& path, std::intptr_t window) override;
-    bool IsWorkspace(const std::string& path) const override;
-    bool ContainsWorkspace(const std::string& parentDirectory) const override;
-    std::shared_ptr<IWorkspace> Create(const std::string& parentDirectory, const std::string& name) override;
-    std::string WorkspaceDescription(bool plural) const override;
-    bool CanWrite() const override { return true; }
-};
-
-//! Any other file of vector data that the storage engine reads (GeoJSON, FlatGeobuf, KML, GML,
-//! CSV with geometry...): read as input, one workspace per file, its layers as feature classes.
-class VectorFileWorkspaceFactory final : public IWorkspaceFactory2 {
-public:
-    std::shared_ptr<IWorkspace> OpenFromFile(const std::string& path, std::intptr_t window) override;
-    bool IsWorkspace(const std::string& path) const override;
-    bool ContainsWorkspace(const std::string& parentDirectory) const override;
-    std::shared_ptr<IWorkspace> Create(const std::string& parentDirectory, const std::string& name) override;
-    std::string WorkspaceDescription(bool plural) const override;
-    bool CanWrite() const override { return false; }
-};
+//! The factory of a kind, as the class of the host's name.
+std::shared_ptr<WorkspaceFactory> MakeWorkspaceFactory(WorkspaceKind kind);
 
 //! The factory for a workspace path by its form: ".gdb" file geodatabase, ".mdb" personal
 //! geodatabase, ".gpkg" GeoPackage, any other folder shapefiles, any other file of vector data

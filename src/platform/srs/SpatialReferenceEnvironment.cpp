@@ -3,7 +3,10 @@
 #include <ogr_spatialref.h>
 #include <proj.h>
 
+#include <algorithm>
+#include <cctype>
 #include <string>
+#include <string_view>
 
 #include "platform/srs/Backend.h"
 #include "platform/srs/PrjFile.h"
@@ -85,6 +88,45 @@ std::int32_t CodeOf(const PJ* object) {
     return code ? static_cast<std::int32_t>(std::strtol(code, nullptr, 10)) : 0;
 }
 
+//! Lower-case letters and digits only: "mod_airy", "MOD-AIRY" and "modairy" meet.
+std::string NameKey(std::string_view text) {
+    std::string key;
+    for (const char c : text)
+        if (std::isalnum(static_cast<unsigned char>(c)))
+            key += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return key;
+}
+
+// "EPSG:7030": the ellipsoid of that authority's database, and no other.
+std::shared_ptr<Spheroid> SpheroidOfAuthority(const std::string& text) {
+    const auto colon = text.find(':');
+    std::string authority = text.substr(0, colon);
+    std::transform(authority.begin(), authority.end(), authority.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    const std::string code = text.substr(colon + 1);
+    if (authority.empty() || code.empty())
+        return nullptr;
+    PjPtr ellipsoid(
+        proj_create_from_database(Context(), authority.c_str(), code.c_str(), PJ_CATEGORY_ELLIPSOID, 0, nullptr));
+    return ellipsoid ? SpheroidOf(ellipsoid.get(), CodeOf(ellipsoid.get())) : nullptr;
+}
+
+// "clrk66": an ellipsoid of the engine's built-in list, read back from a reference made with it.
+std::shared_ptr<Spheroid> SpheroidOfEngineName(const std::string& text) {
+    const std::string key = NameKey(text);
+    if (key.empty())
+        return nullptr;
+    for (const PJ_ELLPS* entry = proj_list_ellps(); entry && entry->id; ++entry) {
+        if (NameKey(entry->id) != key)
+            continue;
+        const std::string definition = std::string("+proj=longlat +ellps=") + entry->id + " +type=crs";
+        PjPtr crs(proj_create(Context(), definition.c_str()));
+        PjPtr ellipsoid(crs ? proj_get_ellipsoid(Context(), crs.get()) : nullptr);
+        return ellipsoid ? SpheroidOf(ellipsoid.get(), CodeOf(ellipsoid.get())) : nullptr;
+    }
+    return nullptr;
+}
+
 std::shared_ptr<ISpatialReference> ReferenceFromCode(std::int32_t code, const char* what) {
     srs::EnsureEngineConfigured();
     srs::QuietErrors quiet;
@@ -160,6 +202,15 @@ std::shared_ptr<ISpatialReference> SpatialReferenceEnvironment::CreateFromWkt(co
 
 std::shared_ptr<IUnknownCoordinateSystem> SpatialReferenceEnvironment::CreateUnknown() const {
     return srs::MakeUnknown();
+}
+
+std::shared_ptr<ISpheroid> SpatialReferenceEnvironment::FindSpheroid(const std::string& text) const {
+    srs::EnsureEngineConfigured();
+    try {
+        return text.find(':') != std::string::npos ? SpheroidOfAuthority(text) : SpheroidOfEngineName(text);
+    } catch (const Fault&) {
+        return nullptr; // axes that no spheroid can have
+    }
 }
 
 } // namespace tess

@@ -60,6 +60,11 @@ public:
     std::shared_ptr<ISpatialReference> CreateESRISpatialReferenceFromPRJFile(const std::string& path) const override;
     std::shared_ptr<ISpatialReference> CreateFromWkt(const std::string& text) const override;
     std::shared_ptr<IUnknownCoordinateSystem> CreateUnknown() const override;
+
+    //! A spheroid as a user names it: "AUTHORITY:CODE" ("EPSG:7030", "ESRI:107905") or one of the
+    //! engine's own ellipsoid names of PROJ strings ("WGS84", "GRS80", "clrk66", "intl"; case,
+    //! blanks, "_", "-" and "." do not matter). Axes in metres. nullptr when the engine knows none.
+    std::shared_ptr<ISpheroid> FindSpheroid(const std::string& text) const;
 };
 
 } // namespace tess

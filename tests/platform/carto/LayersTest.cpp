@@ -230,6 +230,18 @@ TEST_F(LayersTest, ConnectResolvesRelativePathsWrittenWithEitherSlashAndAppliesT
     ASSERT_TRUE(badWhere.Connect(""));
     EXPECT_EQ(badWhere.SelectionSet()->Count(), 0);
     EXPECT_EQ(badWhere.Kept().whereClause, "NO_SUCH_FIELD = 1");
+
+    // What was asked stays known after it was applied, so that an empty outcome is told apart
+    // from no selection at all; new data forgets it.
+    FeatureLayer none;
+    none.DataSource({folder.Path(), "towns", ""});
+    none.Kept({{}, "NAME = 'nowhere'"});
+    ASSERT_TRUE(none.Connect(""));
+    EXPECT_EQ(none.SelectionSet()->Count(), 0);
+    EXPECT_EQ(none.SelectionAsked().whereClause, "NAME = 'nowhere'");
+    EXPECT_EQ(byIds.SelectionAsked().oids, (std::vector<std::int32_t>{1, 3}));
+    none.FeatureClass(byWhere.FeatureClass());
+    EXPECT_TRUE(none.SelectionAsked().Empty());
 }
 
 TEST_F(LayersTest, EachKindOfWorkspaceGivesItsOwnDataSourceType) {

@@ -80,6 +80,35 @@ TEST(SpheroidCodes, AxesAndNamesOfASample) {
     }
 }
 
+TEST(SpheroidCodes, FoundByAuthorityCodeOrEngineName) {
+    struct Case {
+        const char* text;
+        double a;
+        double b;
+    };
+    // b where the definition gives 1/f: a (1 - 1/rf).
+    const Case cases[] = {
+        {"EPSG:7030", 6378137.0, 6356752.314245179},  {"epsg:7019", 6378137.0, 6356752.314140356},
+        {"ESRI:107905", 3396190.0, 3376200.0},        {"WGS84", 6378137.0, 6356752.314245179},
+        {"grs80", 6378137.0, 6356752.314140356},      {"clrk66", 6378206.4, 6356583.8},
+        {"Mod_Airy", 6377340.189, 6356034.446},       {"mod-airy", 6377340.189, 6356034.446},
+        {"intl", 6378388.0, 6356911.946127946},       {"sphere", 6370997.0, 6370997.0},
+    };
+    const SpatialReferenceEnvironment factory;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.text);
+        const auto s = factory.FindSpheroid(c.text);
+        ASSERT_NE(s, nullptr);
+        EXPECT_NEAR(s->SemiMajorAxis(), c.a, 1e-3); // metres, as above
+        EXPECT_NEAR(s->SemiMinorAxis(), c.b, 1e-3);
+    }
+    EXPECT_EQ(factory.FindSpheroid("EPSG:7030")->FactoryCode(), 7030);
+    // An ESRI code is not an EPSG one, a reference is not a spheroid, and the rest is unknown.
+    for (const char* unknown :
+         {"EPSG:107905", "EPSG:4326", "EPSG:99999", "EPSG:", ":7030", "nonsense", "", "WGS 1984x"})
+        EXPECT_EQ(factory.FindSpheroid(unknown), nullptr) << unknown;
+}
+
 TEST(SpheroidCodes, SpheroidsCloneAndDatumsCarryThem) {
     const SpatialReferenceEnvironment factory;
     auto wgs84 = factory.CreateSpheroid(7030);

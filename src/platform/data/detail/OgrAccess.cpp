@@ -101,8 +101,6 @@ const char* DriverName(OgrDriver driver) {
     return "";
 }
 
-GDALDataset* Ds(void* handle) { return static_cast<GDALDataset*>(handle); }
-OGRLayer* Ly(void* handle) { return static_cast<OGRLayer*>(handle); }
 
 OGRwkbGeometryType LayerGeometryType(FlatKind kind, OgrDriver driver) {
     const bool shapefile = driver == OgrDriver::Shapefile;
@@ -225,26 +223,26 @@ OGRLineString* MakeLine(const FlatGeometry& f, std::size_t part, OGRLineString* 
 
 // A shapefile takes a polygon's rings as one list, so each ring travels as its own polygon and
 // keeps its place and orientation. Other storage wants rings grouped under their exterior ring.
-OGRGeometry* MakeEngineShape(const FlatGeometry& f, OgrDriver driver) {
+std::unique_ptr<OGRGeometry> MakeEngineShape(const FlatGeometry& f, OgrDriver driver) {
     if (f.kind == FlatKind::Null || f.Empty())
         return nullptr;
     switch (f.kind) {
     case FlatKind::Point:
-        return new OGRPoint(f.points[0].X, f.points[0].Y);
+        return std::make_unique<OGRPoint>(f.points[0].X, f.points[0].Y);
     case FlatKind::Multipoint: {
-        auto* mp = new OGRMultiPoint();
+        auto mp = std::make_unique<OGRMultiPoint>();
         for (const WKSPoint& p : f.points)
             mp->addGeometryDirectly(new OGRPoint(p.X, p.Y));
         return mp;
     }
     case FlatKind::Polyline: {
-        auto* ml = new OGRMultiLineString();
+        auto ml = std::make_unique<OGRMultiLineString>();
         for (std::size_t i = 0; i < f.PartCount(); ++i)
             ml->addGeometryDirectly(MakeLine(f, i, new OGRLineString()));
         return ml;
     }
     case FlatKind::Polygon: {
-        auto* mpoly = new OGRMultiPolygon();
+        auto mpoly = std::make_unique<OGRMultiPolygon>();
         const std::size_t n = f.PartCount();
         const bool grouped = driver != OgrDriver::Shapefile && f.ringOwners.size() == n;
         for (std::size_t i = 0; i < n; ++i) {
@@ -304,15 +302,17 @@ DateValue ReadDate(const OGRFeature& f, int i) {
 
 // ---------------------------------------------------------------- OgrDataset
 
-OgrDataset::OgrDataset(void* handle, std::string path, OgrDriver driver, bool update)
+void EngineDatasetCloser::operator()(GDALDataset* dataset) const {
+    EnsureEngine();
+    GDALClose(GDALDataset::ToHandle(dataset));
+}
+
+void EngineFeatureDeleter::operator()(OGRFeature* feature) const { OGRFeature::DestroyFeature(feature); }
+
+OgrDataset::OgrDataset(GDALDataset* handle, std::string path, OgrDriver driver, bool update)
     : handle_(handle), path_(std::move(path)), driver_(driver), update_(update) {}
 
-OgrDataset::~OgrDataset() {
-    if (handle_) {
-        EnsureEngine();
-        GDALClose(handle_);
-    }
-}
+OgrDataset::~OgrDataset() = default;
 
 bool OgrDataset::DriverAvailable(OgrDriver driver) {
     EnsureEngine();
@@ -327,7 +327,7 @@ std::shared_ptr<OgrDataset> OgrDataset::Open(const std::string& path, OgrDriver 
         GDALOpenEx(path.c_str(), flags, driver == OgrDriver::Vector ? nullptr : drivers, nullptr, nullptr);
     if (!h)
         Fail("Cannot open '" + path + "'");
-    return std::shared_ptr<OgrDataset>(new OgrDataset(h, path, driver, update));
+    return std::shared_ptr<OgrDataset>(new OgrDataset(GDALDataset::FromHandle(h), path, driver, update));
 }
 
 std::string OgrDataset::IdentifyVectorFormat(const std::string& path) {
@@ -339,7 +339,7 @@ std::string OgrDataset::IdentifyVectorFormat(const std::string& path) {
 }
 
 std::string OgrDataset::FormatName() const {
-    GDALDriver* driver = Ds(handle_) ? Ds(handle_)->GetDriver() : nullptr;
+    GDALDriver* driver = handle_.get() ? handle_.get()->GetDriver() : nullptr;
     return driver ? driver->GetDescription() : std::string();
 }
 
@@ -358,8 +358,7 @@ void OgrDataset::Close() {
     if (!handle_)
         return;
     EnsureEngine();
-    GDALClose(handle_);
-    handle_ = nullptr;
+    GDALClose(GDALDataset::ToHandle(handle_.release()));
     if (CPLGetLastErrorType() >= CE_Failure)
         Fail("Cannot write '" + path_ + "'");
 }
@@ -367,7 +366,7 @@ void OgrDataset::Close() {
 std::vector<std::string> OgrDataset::LayerNames() const {
     EnsureEngine();
     std::vector<std::string> names;
-    GDALDataset* ds = Ds(handle_);
+    GDALDataset* ds = handle_.get();
     for (int i = 0; i < ds->GetLayerCount(); ++i)
         names.emplace_back(ds->GetLayer(i)->GetName());
     return names;
@@ -375,7 +374,7 @@ std::vector<std::string> OgrDataset::LayerNames() const {
 
 std::shared_ptr<OgrLayer> OgrDataset::Layer(const std::string& name) {
     EnsureEngine();
-    GDALDataset* ds = Ds(handle_);
+    GDALDataset* ds = handle_.get();
     OGRLayer* layer = driver_ == OgrDriver::Shapefile ? ds->GetLayer(0) : ds->GetLayerByName(name.c_str());
     if (!layer)
         return nullptr;
@@ -398,7 +397,7 @@ std::shared_ptr<OgrLayer> OgrDataset::CreateLayer(const std::string& name, FlatK
     char** opts = nullptr;
     for (const auto& [key, value] : options)
         opts = CSLSetNameValue(opts, key.c_str(), value.c_str());
-    OGRLayer* layer = Ds(handle_)->CreateLayer(name.c_str(), srs, LayerGeometryType(kind, driver_), opts);
+    OGRLayer* layer = handle_.get()->CreateLayer(name.c_str(), srs, LayerGeometryType(kind, driver_), opts);
     CSLDestroy(opts);
     if (srs)
         srs->Release();
@@ -409,7 +408,7 @@ std::shared_ptr<OgrLayer> OgrDataset::CreateLayer(const std::string& name, FlatK
 
 void OgrDataset::DeleteLayer(const std::string& name) {
     EnsureEngine();
-    GDALDataset* ds = Ds(handle_);
+    GDALDataset* ds = handle_.get();
     for (int i = 0; i < ds->GetLayerCount(); ++i) {
         if (EQUAL(ds->GetLayer(i)->GetName(), name.c_str())) {
             if (ds->DeleteLayer(i) != OGRERR_NONE)
@@ -422,13 +421,13 @@ void OgrDataset::DeleteLayer(const std::string& name) {
 
 std::vector<std::string> OgrDataset::GroupNames() const {
     EnsureEngine();
-    auto root = Ds(handle_)->GetRootGroup();
+    auto root = handle_.get()->GetRootGroup();
     return root ? root->GetGroupNames() : std::vector<std::string>{};
 }
 
 std::vector<std::string> OgrDataset::GroupLayerNames(const std::string& group) const {
     EnsureEngine();
-    auto root = Ds(handle_)->GetRootGroup();
+    auto root = handle_.get()->GetRootGroup();
     if (!root)
         return {};
     auto g = root->OpenGroup(group);
@@ -443,7 +442,7 @@ std::int64_t OgrDataset::FileGdbTableNumber(const std::string& name) const {
     if (!h)
         Fail("Cannot read the catalog of '" + path_ + "'");
     std::int64_t number = 0;
-    if (OGRLayer* catalog = Ds(h)->GetLayerByName("GDB_SystemCatalog")) {
+    if (OGRLayer* catalog = GDALDataset::FromHandle(h)->GetLayerByName("GDB_SystemCatalog")) {
         const int nameField = catalog->GetLayerDefn()->GetFieldIndex("Name");
         for (auto& feature : *catalog) {
             if (nameField >= 0 && EQUAL(feature->GetFieldAsString(nameField), name.c_str())) {
@@ -464,7 +463,7 @@ std::string OgrDataset::FileGdbItemDefinition(const std::string& name) const {
     if (!h)
         Fail("Cannot read the catalog of '" + path_ + "'");
     std::string definition;
-    if (OGRLayer* items = Ds(h)->GetLayerByName("GDB_Items")) {
+    if (OGRLayer* items = GDALDataset::FromHandle(h)->GetLayerByName("GDB_Items")) {
         const int nameField = items->GetLayerDefn()->GetFieldIndex("Name");
         const int defField = items->GetLayerDefn()->GetFieldIndex("Definition");
         for (auto& feature : *items) {
@@ -483,7 +482,7 @@ std::shared_ptr<OgrLayer> OgrDataset::OpenReader(const std::string& name) {
     std::string quoted;
     for (char c : name)
         quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
-    OGRLayer* layer = Ds(handle_)->ExecuteSQL(("SELECT * FROM \"" + quoted + "\"").c_str(), nullptr, nullptr);
+    OGRLayer* layer = handle_.get()->ExecuteSQL(("SELECT * FROM \"" + quoted + "\"").c_str(), nullptr, nullptr);
     if (!layer)
         Fail("Cannot read '" + name + "' in '" + path_ + "'");
     return std::make_shared<OgrLayer>(shared_from_this(), layer, true);
@@ -491,44 +490,44 @@ std::shared_ptr<OgrLayer> OgrDataset::OpenReader(const std::string& name) {
 
 bool OgrDataset::StartTransaction() {
     EnsureEngine();
-    return Ds(handle_)->StartTransaction(FALSE) == OGRERR_NONE;
+    return handle_.get()->StartTransaction(FALSE) == OGRERR_NONE;
 }
 
 void OgrDataset::CommitTransaction() {
     EnsureEngine();
-    if (Ds(handle_)->CommitTransaction() != OGRERR_NONE)
+    if (handle_.get()->CommitTransaction() != OGRERR_NONE)
         Fail("Cannot save the changes to '" + path_ + "'");
 }
 
 void OgrDataset::RollbackTransaction() {
     EnsureEngine();
-    if (Ds(handle_)->RollbackTransaction() != OGRERR_NONE)
+    if (handle_.get()->RollbackTransaction() != OGRERR_NONE)
         Fail("Cannot drop the changes to '" + path_ + "'");
 }
 
 void OgrDataset::Flush() {
     EnsureEngine();
-    Ds(handle_)->FlushCache(false);
+    handle_.get()->FlushCache(false);
     if (CPLGetLastErrorType() >= CE_Failure)
         Fail("Cannot write '" + path_ + "'");
 }
 
 // ---------------------------------------------------------------- OgrLayer
 
-OgrLayer::OgrLayer(std::shared_ptr<OgrDataset> owner, void* layer, bool resultSet)
+OgrLayer::OgrLayer(std::shared_ptr<OgrDataset> owner, OGRLayer* layer, bool resultSet)
     : owner_(std::move(owner)), layer_(layer), resultSet_(resultSet) {
     RefreshKinds();
 }
 
 OgrLayer::~OgrLayer() {
-    delete static_cast<OGRFeature*>(writeFeature_);
+    writeFeature_.reset();
     if (resultSet_ && owner_->handle_) {
         EnsureEngine();
-        Ds(owner_->handle_)->ReleaseResultSet(Ly(layer_));
+        owner_->handle_->ReleaseResultSet(layer_);
     }
 }
 
-void* OgrLayer::Checked() const {
+OGRLayer* OgrLayer::Checked() const {
     if (!owner_->handle_)
         throw Fault(fault::DataFailed, kSource,
                     "The data of '" + owner_->Path() + "' was closed; the cursor can no longer be used");
@@ -536,18 +535,18 @@ void* OgrLayer::Checked() const {
 }
 
 void OgrLayer::RefreshKinds() {
-    OGRFeatureDefn* defn = Ly(layer_)->GetLayerDefn();
+    OGRFeatureDefn* defn = layer_->GetLayerDefn();
     kinds_.resize(static_cast<std::size_t>(defn->GetFieldCount()));
     for (int i = 0; i < defn->GetFieldCount(); ++i)
         kinds_[static_cast<std::size_t>(i)] = KindOfField(*defn->GetFieldDefn(i));
 }
 
-std::string OgrLayer::Name() const { return Ly(Checked())->GetName(); }
-std::string OgrLayer::FidColumn() const { return Ly(Checked())->GetFIDColumn(); }
-std::string OgrLayer::GeometryColumn() const { return Ly(Checked())->GetGeometryColumn(); }
+std::string OgrLayer::Name() const { return Checked()->GetName(); }
+std::string OgrLayer::FidColumn() const { return Checked()->GetFIDColumn(); }
+std::string OgrLayer::GeometryColumn() const { return Checked()->GetGeometryColumn(); }
 
 FlatKind OgrLayer::GeometryKind() const {
-    OGRLayer* layer = Ly(Checked());
+    OGRLayer* layer = Checked();
     if (wkbFlatten(layer->GetGeomType()) != wkbUnknown || !HasGeometry())
         return KindOfType(layer->GetGeomType());
     // Formats that declare no type (GeoJSON, KML, CSV...): the kind that all the shapes there
@@ -571,11 +570,11 @@ FlatKind OgrLayer::GeometryKind() const {
     return common;
 }
 
-bool OgrLayer::HasGeometry() const { return Ly(Checked())->GetLayerDefn()->GetGeomFieldCount() > 0; }
+bool OgrLayer::HasGeometry() const { return Checked()->GetLayerDefn()->GetGeomFieldCount() > 0; }
 
 std::string OgrLayer::SpatialReferenceWkt() const {
     EnsureEngine();
-    const OGRSpatialReference* srs = Ly(Checked())->GetSpatialRef();
+    const OGRSpatialReference* srs = Checked()->GetSpatialRef();
     if (!srs)
         return {};
     char* wkt = nullptr;
@@ -591,7 +590,7 @@ std::string OgrLayer::SpatialReferenceWkt() const {
 
 std::vector<OgrFieldSpec> OgrLayer::Fields() const {
     std::vector<OgrFieldSpec> specs;
-    OGRFeatureDefn* defn = Ly(Checked())->GetLayerDefn();
+    OGRFeatureDefn* defn = Checked()->GetLayerDefn();
     for (int i = 0; i < defn->GetFieldCount(); ++i) {
         const OGRFieldDefn* d = defn->GetFieldDefn(i);
         OgrFieldSpec s;
@@ -606,10 +605,10 @@ std::vector<OgrFieldSpec> OgrLayer::Fields() const {
     return specs;
 }
 
-std::int32_t OgrLayer::FieldCount() const { return Ly(Checked())->GetLayerDefn()->GetFieldCount(); }
+std::int32_t OgrLayer::FieldCount() const { return Checked()->GetLayerDefn()->GetFieldCount(); }
 
 std::int32_t OgrLayer::FieldIndex(const std::string& name) const {
-    return Ly(Checked())->GetLayerDefn()->GetFieldIndex(name.c_str());
+    return Checked()->GetLayerDefn()->GetFieldIndex(name.c_str());
 }
 
 void OgrLayer::CreateField(const OgrFieldSpec& spec) {
@@ -655,22 +654,22 @@ void OgrLayer::CreateField(const OgrFieldSpec& spec) {
     if (!spec.alias.empty() && spec.alias != spec.name)
         d.SetAlternativeName(spec.alias.c_str());
     // Approximation would let the engine widen or rename silently; names and widths are ours.
-    if (Ly(Checked())->CreateField(&d, FALSE) != OGRERR_NONE)
+    if (Checked()->CreateField(&d, FALSE) != OGRERR_NONE)
         Fail("Cannot add the field '" + spec.name + "' to '" + Name() + "' in '" + owner_->Path() + "'");
     RefreshKinds();
 }
 
 void OgrLayer::DeleteField(std::int32_t index) {
     EnsureEngine();
-    const std::string name = Ly(Checked())->GetLayerDefn()->GetFieldDefn(index)->GetNameRef();
-    if (Ly(Checked())->DeleteField(index) != OGRERR_NONE)
+    const std::string name = Checked()->GetLayerDefn()->GetFieldDefn(index)->GetNameRef();
+    if (Checked()->DeleteField(index) != OGRERR_NONE)
         Fail("Cannot delete the field '" + name + "' of '" + Name() + "' in '" + owner_->Path() + "'");
     RefreshKinds();
 }
 
 std::int64_t OgrLayer::FeatureCount() {
     EnsureEngine();
-    return Ly(Checked())->GetFeatureCount(TRUE);
+    return Checked()->GetFeatureCount(TRUE);
 }
 
 bool OgrLayer::Extent(WKSEnvelope& box) {
@@ -678,7 +677,7 @@ bool OgrLayer::Extent(WKSEnvelope& box) {
     if (!HasGeometry())
         return false;
     OGREnvelope e;
-    if (Ly(Checked())->GetExtent(&e, TRUE) != OGRERR_NONE)
+    if (Checked()->GetExtent(&e, TRUE) != OGRERR_NONE)
         return false;
     box = {e.MinX, e.MinY, e.MaxX, e.MaxY};
     return true;
@@ -686,7 +685,7 @@ bool OgrLayer::Extent(WKSEnvelope& box) {
 
 void OgrLayer::SetAttributeFilter(const std::string& where) {
     EnsureEngine();
-    OGRLayer* layer = Ly(Checked());
+    OGRLayer* layer = Checked();
     const std::string what = "The where clause \"" + where + "\" cannot be used on '" + Name() + "' in '" +
                              owner_->Path() + "'";
     if (layer->SetAttributeFilter(where.empty() ? nullptr : where.c_str()) != OGRERR_NONE)
@@ -704,22 +703,22 @@ void OgrLayer::SetAttributeFilter(const std::string& where) {
 void OgrLayer::SetSpatialFilter(const FlatGeometry* shape) {
     EnsureEngine();
     if (!shape) {
-        Ly(Checked())->SetSpatialFilter(nullptr);
+        Checked()->SetSpatialFilter(nullptr);
         return;
     }
-    std::unique_ptr<OGRGeometry> g(MakeEngineShape(*shape, OgrDriver::GeoPackage));
+    std::unique_ptr<OGRGeometry> g = MakeEngineShape(*shape, OgrDriver::GeoPackage);
     if (!g) {
         // An empty filter shape meets nothing: a box no shape can fall into.
-        Ly(Checked())->SetSpatialFilterRect(0.0, 0.0, 0.0, 0.0);
-        Ly(Checked())->SetAttributeFilter("1 = 0");
+        Checked()->SetSpatialFilterRect(0.0, 0.0, 0.0, 0.0);
+        Checked()->SetAttributeFilter("1 = 0");
         return;
     }
-    Ly(Checked())->SetSpatialFilter(g.get());
+    Checked()->SetSpatialFilter(g.get());
 }
 
 void OgrLayer::SetSpatialFilterRect(const WKSEnvelope& box) {
     EnsureEngine();
-    Ly(Checked())->SetSpatialFilterRect(box.XMin, box.YMin, box.XMax, box.YMax);
+    Checked()->SetSpatialFilterRect(box.XMin, box.YMin, box.XMax, box.YMax);
 }
 
 void OgrLayer::SetIgnoredFields(const std::vector<std::string>& names, bool ignoreShape) {
@@ -730,12 +729,12 @@ void OgrLayer::SetIgnoredFields(const std::vector<std::string>& names, bool igno
     if (ignoreShape)
         list.push_back("OGR_GEOMETRY");
     list.push_back(nullptr);
-    Ly(Checked())->SetIgnoredFields(list.data());
+    Checked()->SetIgnoredFields(list.data());
 }
 
 void OgrLayer::ResetReading() {
     EnsureEngine();
-    Ly(Checked())->ResetReading();
+    Checked()->ResetReading();
 }
 
 namespace {
@@ -791,7 +790,7 @@ void ReadRecord(OGRFeature& f, const std::vector<OgrFieldKind>& kinds, OgrRecord
 
 bool OgrLayer::Next(OgrRecord& record, bool wantShape) {
     EnsureEngine();
-    std::unique_ptr<OGRFeature> f(Ly(Checked())->GetNextFeature());
+    std::unique_ptr<OGRFeature> f(Checked()->GetNextFeature());
     if (!f) {
         CheckRead("Cannot read '" + Name() + "' in '" + owner_->Path() + "'", owner_->Path());
         if (CPLGetLastErrorType() >= CE_Failure)
@@ -806,7 +805,7 @@ bool OgrLayer::Next(OgrRecord& record, bool wantShape) {
 
 bool OgrLayer::Get(std::int64_t fid, OgrRecord& record, bool wantShape) {
     EnsureEngine();
-    std::unique_ptr<OGRFeature> f(Ly(Checked())->GetFeature(fid));
+    std::unique_ptr<OGRFeature> f(Checked()->GetFeature(fid));
     const std::string what = "Cannot read record " + std::to_string(fid) + " of '" + Name() + "' in '" +
                              owner_->Path() + "'";
     if (!f) {
@@ -818,17 +817,14 @@ bool OgrLayer::Get(std::int64_t fid, OgrRecord& record, bool wantShape) {
     return true;
 }
 
-void* OgrLayer::WriteFeature(const OgrRecord& record) {
-    OGRFeatureDefn* defn = Ly(Checked())->GetLayerDefn();
+OGRFeature* OgrLayer::WriteFeature(const OgrRecord& record) {
+    OGRFeatureDefn* defn = Checked()->GetLayerDefn();
     if (static_cast<std::size_t>(defn->GetFieldCount()) != kinds_.size())
         RefreshKinds();
     // One feature per layer, refilled for every row: a row written costs no feature allocation.
-    auto* f = static_cast<OGRFeature*>(writeFeature_);
-    if (!f || f->GetDefnRef() != defn || f->GetFieldCount() != defn->GetFieldCount()) {
-        delete f;
-        f = new OGRFeature(defn);
-        writeFeature_ = f;
-    }
+    if (!writeFeature_ || writeFeature_->GetDefnRef() != defn || writeFeature_->GetFieldCount() != defn->GetFieldCount())
+        writeFeature_.reset(new OGRFeature(defn));
+    OGRFeature* f = writeFeature_.get();
     f->SetFID(OGRNullFID);
     const std::size_t n = kinds_.size();
     for (std::size_t k = 0; k < n; ++k) {
@@ -868,24 +864,24 @@ void* OgrLayer::WriteFeature(const OgrRecord& record) {
         current->toPoint()->setX(g.points[0].X);
         current->toPoint()->setY(g.points[0].Y);
     } else {
-        f->SetGeometryDirectly(MakeEngineShape(g, owner_->Driver()));
+        f->SetGeometryDirectly(MakeEngineShape(g, owner_->Driver()).release());
     }
     return f;
 }
 
 std::int64_t OgrLayer::Create(const OgrRecord& record) {
     EnsureEngine();
-    auto* f = static_cast<OGRFeature*>(WriteFeature(record));
-    if (Ly(Checked())->CreateFeature(f) != OGRERR_NONE)
+    OGRFeature* f = WriteFeature(record);
+    if (Checked()->CreateFeature(f) != OGRERR_NONE)
         Fail("Cannot add a row to '" + Name() + "' in '" + owner_->Path() + "'");
     return f->GetFID();
 }
 
 void OgrLayer::Set(const OgrRecord& record) {
     EnsureEngine();
-    auto* f = static_cast<OGRFeature*>(WriteFeature(record));
+    OGRFeature* f = WriteFeature(record);
     f->SetFID(record.fid);
-    const OGRErr err = Ly(Checked())->SetFeature(f);
+    const OGRErr err = Checked()->SetFeature(f);
     if (err == OGRERR_NON_EXISTING_FEATURE)
         throw Fault(fault::NotFound, kSource,
                     "There is no row " + std::to_string(record.fid) + " in '" + Name() + "' of '" + owner_->Path() +
@@ -896,7 +892,7 @@ void OgrLayer::Set(const OgrRecord& record) {
 
 bool OgrLayer::Delete(std::int64_t fid) {
     EnsureEngine();
-    const OGRErr err = Ly(Checked())->DeleteFeature(fid);
+    const OGRErr err = Checked()->DeleteFeature(fid);
     if (err == OGRERR_NON_EXISTING_FEATURE)
         return false;
     if (err != OGRERR_NONE)
@@ -906,7 +902,7 @@ bool OgrLayer::Delete(std::int64_t fid) {
 
 void OgrLayer::Sync() {
     EnsureEngine();
-    if (Ly(Checked())->SyncToDisk() != OGRERR_NONE)
+    if (Checked()->SyncToDisk() != OGRERR_NONE)
         Fail("Cannot write '" + Name() + "' in '" + owner_->Path() + "'");
 }
 

@@ -13,7 +13,21 @@
 #include "platform/data/detail/FlatGeometry.h"
 #include "platform/system/Variant.h"
 
+// The engine's classes, by name only: their headers stay in OgrAccess.cpp.
+class GDALDataset;
+class OGRLayer;
+class OGRFeature;
+
 namespace tess::data {
+
+//! Closes an engine dataset (writing out what it holds).
+struct EngineDatasetCloser {
+    void operator()(GDALDataset* dataset) const;
+};
+//! Destroys an engine feature.
+struct EngineFeatureDeleter {
+    void operator()(OGRFeature* feature) const;
+};
 
 //! The kinds of storage. Vector is any other vector format the engine reads (GeoJSON, FlatGeobuf,
 //! KML, GML, CSV with geometry...), read-only.
@@ -90,8 +104,8 @@ public:
     void Flush();
 
 private:
-    OgrDataset(void* handle, std::string path, OgrDriver driver, bool update);
-    void* handle_; //!< the engine's dataset
+    OgrDataset(GDALDataset* handle, std::string path, OgrDriver driver, bool update);
+    std::unique_ptr<GDALDataset, EngineDatasetCloser> handle_;
     std::string path_;
     OgrDriver driver_;
     bool update_;
@@ -101,7 +115,8 @@ private:
 //! One table of a dataset. Keeps its dataset alive.
 class OgrLayer {
 public:
-    OgrLayer(std::shared_ptr<OgrDataset> owner, void* layer, bool resultSet);
+    //! layer belongs to owner; a result set is handed back to it when this object goes.
+    OgrLayer(std::shared_ptr<OgrDataset> owner, OGRLayer* layer, bool resultSet);
     ~OgrLayer();
     OgrLayer(const OgrLayer&) = delete;
     OgrLayer& operator=(const OgrLayer&) = delete;
@@ -150,14 +165,15 @@ public:
 
 private:
     //! The layer's feature for writing, refilled from the record.
-    void* WriteFeature(const OgrRecord& record);
+    OGRFeature* WriteFeature(const OgrRecord& record);
     //! The engine's layer; a Fault once the dataset has been closed.
-    void* Checked() const;
+    OGRLayer* Checked() const;
     std::shared_ptr<OgrDataset> owner_;
-    void* layer_; //!< the engine's layer
+    OGRLayer* layer_;
     bool resultSet_;
     std::vector<OgrFieldKind> kinds_; // cached, refreshed when the field count changes
-    void* writeFeature_ = nullptr;    //!< the engine's feature, reused for every row written
+    //! The feature reused for every row written.
+    std::unique_ptr<OGRFeature, EngineFeatureDeleter> writeFeature_;
     void RefreshKinds();
 };
 
