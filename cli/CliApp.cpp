@@ -15,6 +15,7 @@
 #include "CommandsListing.h"
 #include "DemoCommand.h"
 #include "GeodCommand.h"
+#include "GraphicsDrivers.h"
 #include "TextUtil.h"
 
 #ifndef TESS_VERSION
@@ -523,6 +524,10 @@ private:
             if (words.size() > 1 && words.front() != "graphics")
                 continue;
             CLI::App* sub = parent->add_subcommand(words.back(), Describe(entry));
+            if (IsGraphicsTool(entry.dialog)) {
+                graphicsTools_[sub] = AddGraphicsToolOptions(*sub, entry);
+                continue;
+            }
             auto& options = documents_[sub];
             options.run.commandName = std::string(entry.commandName);
             const bool withDialog = entry.dialog != DialogKind::None;
@@ -532,6 +537,11 @@ private:
             AddRunOptions(*sub, options, withDialog);
             sub->footer(Footer(entry));
         }
+
+        CLI::App* list = nullptr;
+        std::unique_ptr<GraphicsToolOptions> listOptions = AddGraphicsList(*graphics_, list);
+        graphicsTools_[list] = std::move(listOptions);
+
         geod_ = std::make_unique<GeodCommandLine>(app);
         // Every level keeps what it cannot place, for Leftover to name in the host's words.
         std::vector<CLI::App*> levels{&app};
@@ -549,6 +559,10 @@ private:
             return static_cast<int>(RunDemo(demoOptions_, console_));
         if (const std::optional<ExitCode> code = geod_->Dispatch(console_))
             return static_cast<int>(*code);
+        for (auto& [sub, options] : graphicsTools_)
+            if (*sub)
+                return OptionsGiven(*sub) == 0 ? ExplainOnly(*sub)
+                                               : static_cast<int>(RunGraphicsTool(*sub, *options, console_));
         for (auto& [sub, options] : documents_) {
             if (!*sub)
                 continue;
@@ -575,6 +589,7 @@ private:
     CLI::App* graphics_ = nullptr;
     std::unique_ptr<GeodCommandLine> geod_;
     std::map<CLI::App*, DocumentOptions> documents_;
+    std::map<CLI::App*, std::unique_ptr<GraphicsToolOptions>> graphicsTools_;
 };
 
 } // namespace

@@ -3,11 +3,19 @@
 // command line gives them. The library function RunCommand (HostSession.h)
 // takes them; main only parses.
 
+#include <functional>
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <vector>
 
+namespace tess {
+class MxDocument;
+}
+
 namespace tess::cli {
+
+class TerminalUI;
 
 //! What the process answers.
 enum class ExitCode : int {
@@ -61,6 +69,9 @@ struct RunOptions {
     bool save = false;                //!< --save: write the document back
     std::string savePath;             //!< --save FILE: where to; empty: the document's own file
     ProgressStyle progress = ProgressStyle::Auto;
+    //! Puts in place the drivers of dialogs other than the conversions' (the graphics tools'),
+    //! once the document is open and before the command is clicked.
+    std::function<void(TerminalUI& ui, const std::shared_ptr<MxDocument>& document)> dialogDrivers;
 };
 
 //! The streams of a run, and whether they are terminals.

@@ -409,6 +409,8 @@ private:
         if (!entry || entry->dialog == DialogKind::LayerFields)
             ui_->RegisterDriver("frmLayerFields", MakeLayerFieldsDriver(options_, *ui_, app.MxDoc()->FocusMapObject(),
                                                                         ChooseInputLayer(app, options_, given)));
+        if (options_.dialogDrivers)
+            options_.dialogDrivers(*ui_, app.MxDoc());
         if (std::optional<ExitCode> declined = DecideReplacement(*app.MxDoc()->FocusMapObject()))
             return *declined;
         const GraphicsState before = ReadGraphics(app);
@@ -468,7 +470,9 @@ private:
         if (!ui_->UsageProblemText().empty())
             return Usage(ui_->UsageProblemText());
         const FriendlyCommand* entry = FindFriendlyCommand(options_.commandName);
-        const bool ranNothing = entry && entry->dialog == DialogKind::LayerFields && ui_->ReportsShown() == 0;
+        const bool reports = entry && (entry->dialog == DialogKind::LayerFields ||
+                                       entry->dialog == DialogKind::GraphicsShapefile);
+        const bool ranNothing = reports && ui_->ReportsShown() == 0;
         // A run that refuses its input before making anything says so in its report alone.
         const bool reportedFailure = ui_->ReportRtf().find(" Failed  !!!") != std::string::npos;
         if (ui_->ErrorShown() || ranNothing || reportedFailure) {

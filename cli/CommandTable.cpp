@@ -23,9 +23,9 @@ constexpr FriendlyCommand kCommands[] = {
     {"ographic-to-ocentric", "Tessarine_OGraphic_OCentric", DialogKind::Unsupported, "OGraphic to OCentric"},
     {"ocentric-to-ographic", "Tessarine_OCentric_OGraphic", DialogKind::Unsupported, "OCentric to OGraphic"},
     {"wrap", "Tessarine_WrapBoundary", DialogKind::Unsupported, "Wrap Boundary"},
-    {"graphics-to-shapes", "Tessarine_MakeShapefile", DialogKind::Unsupported, "Graphic Elements to Shapes"},
-    {"graphics select-type", "Tessarine_SelectGraphics", DialogKind::Unsupported, "Select Graphic Elements by Type"},
-    {"graphics name", "Tessarine_NameGraphics", DialogKind::Unsupported, "Name Graphic Elements"},
+    {"graphics-to-shapes", "Tessarine_MakeShapefile", DialogKind::GraphicsShapefile, "Graphic Elements to Shapes"},
+    {"graphics select", "Tessarine_SelectGraphics", DialogKind::SelectGraphics, "Select Graphic Elements by Type"},
+    {"graphics name", "Tessarine_NameGraphics", DialogKind::NameElements, "Name Graphic Elements"},
     {"about", "Tessarine_About", DialogKind::Unsupported, "About Tools for Tessarine Tools"},
 };
 

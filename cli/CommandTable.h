@@ -12,6 +12,9 @@ namespace tess::cli {
 enum class DialogKind {
     LayerFields, //!< the layer-and-fields dialog of the conversions, driven from the options
     None,        //!< a direct action on the document's graphics, nothing to answer
+    GraphicsShapefile, //!< graphics to shapes and empty classes, driven from the options
+    SelectGraphics,    //!< selection of graphics by kind, name or pattern
+    NameElements,      //!< naming graphics
     Unsupported, //!< a dialog the host cannot answer yet; listed, not run
 };
 

@@ -5,6 +5,7 @@
 
 #include "CommandRun.h"
 #include "CommandTable.h"
+#include "GraphicsDrivers.h"
 #include "HostSession.h"
 #include "TextUtil.h"
 
@@ -55,6 +56,39 @@ fs::path FindDataFolder(const std::string& given) {
         return TESS_DEMO_DATA_DIR;
 #endif
     return "data";
+}
+
+// Graphics to shapes: the demo map's graphics, curves and all, become one polygon class.
+constexpr const char* kGraphicsOutput = "graphics_polygons";
+constexpr int kAllToPolygons = 4; // the dialog's fifth line: polylines and polygons to polygons
+
+//! Converts the graphics of `document` into output/graphics_polygons.shp and saves the document.
+ExitCode RunGraphicsToShapesDemo(const fs::path& document, const fs::path& output, const DemoOptions& options,
+                                 Console& console, const std::string& libraryPath) {
+    std::error_code error;
+    for (const char* part : kShapefileParts)
+        fs::remove(output / (std::string(kGraphicsOutput) + part), error);
+    console.out << "\nTessarine demo: \"Graphic Elements to Shapes\" on the graphics of " << document.string()
+                << "\n\n";
+    console.out.flush();
+
+    GraphicsShapefileChoices choices;
+    choices.convert = kAllToPolygons;
+    choices.output = (output / (std::string(kGraphicsOutput) + ".shp")).string();
+    RunOptions run;
+    run.commandName = "Tessarine_MakeShapefile";
+    run.documentPath = document.string();
+    run.answer = Answer::Yes;
+    run.save = true;
+    run.progress = options.progress;
+    run.dialogDrivers = [choices](TerminalUI& ui, const std::shared_ptr<MxDocument>&) {
+        ui.RegisterDriver("frmGraphicsShapefile", MakeGraphicsShapefileDriver(choices, ui));
+    };
+    const ExitCode code = RunCommand(run, console, libraryPath);
+    if (code == ExitCode::Success)
+        console.out << "\nThe graphics are in " << choices.output << ", with their names, areas on the sphere "
+                    << "and symbols; the map is " << document.string() << ".\n";
+    return code;
 }
 
 } // namespace
@@ -116,6 +150,9 @@ ExitCode RunDemo(const DemoOptions& options, Console& console, const std::string
             return code;
         currentDocument = savedDocument;
     }
+    if (const ExitCode code = RunGraphicsToShapesDemo(savedDocument, output, options, console, libraryPath);
+        code != ExitCode::Success)
+        return code;
     console.out << "\nThe outputs are in " << output.string() << "/; the map with the new layers is " << savedDocument
                 << ".\n";
     return ExitCode::Success;

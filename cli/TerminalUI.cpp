@@ -83,6 +83,10 @@ void TerminalUI::RegisterDriver(const std::string& formName, FormDriver driver) 
 
 void TerminalUI::QueueBrowse(BrowseResult result) { browses_.push_back(std::move(result)); }
 
+void TerminalUI::QueueSpatialReference(std::shared_ptr<ISpatialReference> reference) {
+    references_.push_back(std::move(reference));
+}
+
 void TerminalUI::UsageProblem(const std::string& text) {
     if (usageProblem_.empty())
         usageProblem_ = text;
@@ -302,7 +306,12 @@ std::optional<BrowseResult> TerminalUI::Browse(const BrowseRequest& request) {
 }
 
 std::shared_ptr<ISpatialReference> TerminalUI::ChooseSpatialReference(const std::shared_ptr<ISpatialReference>&) {
-    return nullptr;
+    // Nothing given on the command line: the dialog is cancelled.
+    if (references_.empty())
+        return nullptr;
+    std::shared_ptr<ISpatialReference> reference = std::move(references_.front());
+    references_.pop_front();
+    return reference;
 }
 
 } // namespace tess::cli

@@ -33,6 +33,8 @@ public:
     void RegisterDriver(const std::string& formName, FormDriver driver);
     //! The answer the next catalog browse dialog gets.
     void QueueBrowse(BrowseResult result);
+    //! The answer the next spatial reference dialog gets.
+    void QueueSpatialReference(std::shared_ptr<ISpatialReference> reference);
 
     //! A driver's verdict that the options do not fit the dialog; the run ends with exit code 2.
     void UsageProblem(const std::string& text);
@@ -94,6 +96,7 @@ private:
     Answer answer_;
     std::map<std::string, FormDriver> drivers_;
     std::deque<BrowseResult> browses_;
+    std::deque<std::shared_ptr<ISpatialReference>> references_;
     std::vector<Form*> modeless_; // progress windows on show, oldest first
     std::unique_ptr<ProgressLine> progress_;
     std::map<std::string, MsgBoxResult> answeredInAdvance_; // by the question's title

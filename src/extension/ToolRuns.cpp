@@ -3,6 +3,9 @@
 #include "conversion/frmLayerFields.h"
 #include "conversion/modCreateVertices.h"
 #include "extension/ComponentFolder.h"
+#include "graphics/frmGraphicsShapefile.h"
+#include "graphics/frmNameElements.h"
+#include "graphics/frmSelectGraphics.h"
 
 namespace tess {
 
@@ -19,6 +22,9 @@ ToolRuns BuiltInRuns() {
     runs.PolygonsToPolylines = &PolygonsToPolylines;
     runs.SplitMultipart = &SplitMultipart;
     runs.JoinFeatures = &JoinFeatures;
+    runs.GraphicsShapefileDialog = [](const auto& application) { ShowGraphicsShapefileDialog(application, ManualPath()); };
+    runs.SelectGraphicsDialog = [](const auto& application) { ShowSelectGraphicsDialog(application, ManualPath()); };
+    runs.NameElementsDialog = [](const auto& application) { ShowNameElementsDialog(application, ManualPath()); };
     return runs;
 }
 

@@ -18,9 +18,11 @@ namespace {
 using nlohmann::json;
 
 // The demo map's graphics, bottom first, and which of them the document has selected.
-const std::vector<std::string> kNames{"Trailhead", "Planned path", "Survey area", "Study frame",
-                                      "Buffer",    "Lake outline", "Label",      "Wells sketch"};
-const std::vector<bool> kSelectedAtStart{true, false, true, false, false, false, false, false};
+const std::vector<std::string> kNames{"Trailhead",    "Planned path", "Survey area", "Study frame", "Buffer",
+                                      "Lake outline", "Label",        "Wells sketch", "",            "",
+                                      "Survey area",  "Site photo",   ""};
+const std::vector<bool> kSelectedAtStart{true,  false, true,  false, false, false, false,
+                                         false, false, false, false, false, false};
 // Zoom: the selected marker (10.2, 44.2) and polygon (12.4..13.4, 45.0..45.8) make the box
 // 10.2..13.4 by 44.2..45.8, which grows by 1.05 about its centre (11.8, 45.0).
 const std::vector<double> kZoomedExtent{10.12, 44.16, 13.48, 45.84};

@@ -281,13 +281,13 @@ TEST_F(UsageOutcomes, ReportAndDocumentPlacesAreCheckedBeforeTheOutputIsReplaced
 TEST_F(UsageOutcomes, GraphicsCommandsSayWhatChangedAndThatTheFileStaysWithoutSave) {
     const ProcessResult all = Run({"graphics", "select-all", "--doc", Document()});
     ASSERT_EQ(all.exitCode, 0) << all.err;
-    EXPECT_EQ(all.out, "8 of 8 graphic elements selected (before: 2)\n");
+    EXPECT_EQ(all.out, "13 of 13 graphic elements selected (before: 2)\n");
     EXPECT_NE(all.err.find("on disk was not changed (--save writes the changes into it)"), std::string::npos)
         << all.err;
 
     const ProcessResult zoom = Run({"graphics", "zoom", "--doc", Document(), "--save"});
     ASSERT_EQ(zoom.exitCode, 0) << zoom.err;
-    EXPECT_NE(zoom.out.find("2 of 8 graphic elements selected (unchanged)\nMap extent: 10.12 44.16 13.48 45.84"),
+    EXPECT_NE(zoom.out.find("2 of 13 graphic elements selected (unchanged)\nMap extent: 10.12 44.16 13.48 45.84"),
               std::string::npos)
         << zoom.out;
     EXPECT_EQ(zoom.err.find("not changed"), std::string::npos) << zoom.err;
