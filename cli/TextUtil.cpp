@@ -6,17 +6,6 @@
 
 namespace tess::cli {
 
-std::string Lower(std::string_view text) {
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return result;
-}
-
-bool EqualsNoCase(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && Lower(a) == Lower(b);
-}
-
 std::string Trim(std::string_view text, std::string_view characters) {
     const auto first = text.find_first_not_of(characters);
     if (first == std::string_view::npos)

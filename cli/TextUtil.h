@@ -5,10 +5,12 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/system/Text.h"
+
 namespace tess::cli {
 
-std::string Lower(std::string_view text);
-bool EqualsNoCase(std::string_view a, std::string_view b);
+using tess::EqualsNoCase;
+using tess::Lower;
 //! The text without the given characters at either end.
 std::string Trim(std::string_view text, std::string_view characters = " \t\r\n");
 //! The text in double quotes, for messages that name a thing.

@@ -33,6 +33,7 @@
 #include "support/ReportTemplates.h"
 #include "support/aml_func_mod.h"
 #include "support/frmOrlProgressPercent.h"
+#include "platform/system/Text.h"
 
 namespace tess {
 namespace {
@@ -60,12 +61,6 @@ constexpr const char* kLogRule = "-------------------------------------------";
 constexpr const char* kStampFormat = "ttttt,  ddddd";
 constexpr const char* kClockFormat = "ttttt";
 constexpr const char* kWorkingText = "Performing Calculations...";
-
-std::string StripTrailingSeparator(std::string path) {
-    if (!path.empty() && (path.back() == '/' || path.back() == '\\'))
-        path.pop_back();
-    return path;
-}
 
 std::string TimeStampLine(DateValue now) {
     return "          [time stamp " + Format(now, kStampFormat) + "]";

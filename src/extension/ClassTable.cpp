@@ -8,6 +8,7 @@
 #include "extension/ToolCommands.h"
 #include "extension/clsFunctionFactory.h"
 #include "frame/clsExtension.h"
+#include "platform/system/Text.h"
 
 #include <array>
 #include <atomic>
@@ -88,15 +89,6 @@ constexpr std::array kClasses{
     Entry<clsFunctionFactory>(ClassKind::FunctionFactory),
 };
 
-bool SameIgnoringCase(std::string_view a, std::string_view b) {
-    if (a.size() != b.size())
-        return false;
-    for (std::size_t i = 0; i < a.size(); ++i)
-        if (std::tolower(static_cast<unsigned char>(a[i])) != std::tolower(static_cast<unsigned char>(b[i])))
-            return false;
-    return true;
-}
-
 } // namespace
 
 std::span<const ClassEntry> ClassTable() { return kClasses; }
@@ -105,11 +97,11 @@ const ClassEntry* FindClass(std::string_view progId) {
     // Both spellings of the label-point command ("...Labelpoint", "...LabelPoint") differ in case
     // only, so the comparison that the host makes finds the one class.
     if (progId.size() <= kProgIDPrefix.size() ||
-        !SameIgnoringCase(progId.substr(0, kProgIDPrefix.size()), kProgIDPrefix))
+        !EqualsNoCase(progId.substr(0, kProgIDPrefix.size()), kProgIDPrefix))
         return nullptr;
     const std::string_view name = progId.substr(kProgIDPrefix.size());
     for (const ClassEntry& entry : kClasses)
-        if (SameIgnoringCase(entry.ClassName, name))
+        if (EqualsNoCase(entry.ClassName, name))
             return &entry;
     return nullptr;
 }

@@ -21,6 +21,7 @@
 #include "support/GeneralHelpers.h"
 #include "support/MyGeneralOperations.h"
 #include "support/aml_func_mod.h"
+#include "platform/system/Text.h"
 
 namespace tess {
 namespace {
@@ -66,22 +67,6 @@ constexpr const char* kLineBreak = "\r\n";
 constexpr std::uint32_t kOptionBackColor = 0xC2C2C2; // red, green and blue of 194
 
 bool IsSeparator(char c) { return c == '/' || c == '\\'; }
-
-std::string StripTrailingSeparator(std::string path) {
-    if (!path.empty() && IsSeparator(path.back()))
-        path.pop_back();
-    return path;
-}
-
-bool EndsWithNoCase(const std::string& text, const std::string& tail) {
-    if (text.size() < tail.size())
-        return false;
-    return std::equal(tail.begin(), tail.end(), text.end() - static_cast<std::ptrdiff_t>(tail.size()),
-                      [](char a, char b) {
-                          return std::tolower(static_cast<unsigned char>(a)) ==
-                                 std::tolower(static_cast<unsigned char>(b));
-                      });
-}
 
 std::shared_ptr<IWorkspaceFactory> GeodatabaseFactory(std::int32_t kind) {
     switch (kind) {

@@ -9,6 +9,7 @@
 #include <iterator>
 
 #include "platform/system/DateTime.h"
+#include "platform/system/Text.h"
 
 namespace tess {
 namespace {
@@ -142,11 +143,6 @@ std::string Strftime(const std::tm& tm, const char* format) {
     return std::string(buffer.data(), length);
 }
 
-bool SameIgnoringCase(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-               return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
-           });
-}
 
 } // namespace
 
@@ -188,15 +184,15 @@ std::string Format(double value, std::string_view pattern) {
 
 std::string Format(DateValue date, std::string_view pattern) {
     const std::tm tm = TmFromDate(date);
-    if (SameIgnoringCase(pattern, "long date"))
+    if (EqualsNoCase(pattern, "long date"))
         return Strftime(tm, kLongDateFormat);
-    if (SameIgnoringCase(pattern, "long time"))
+    if (EqualsNoCase(pattern, "long time"))
         return Strftime(tm, kTimeFormat);
-    if (SameIgnoringCase(pattern, "short date"))
+    if (EqualsNoCase(pattern, "short date"))
         return Strftime(tm, kShortDateFormat);
-    if (SameIgnoringCase(pattern, "short time"))
+    if (EqualsNoCase(pattern, "short time"))
         return Strftime(tm, kShortTimeFormat);
-    if (SameIgnoringCase(pattern, "general date"))
+    if (EqualsNoCase(pattern, "general date"))
         return Variant(date).ToString();
 
     // Longest token first: "dddddd" before "ddddd".

@@ -22,6 +22,7 @@
 #include "platform/system/Variant.h"
 #include "platform/ui/UIServices.h"
 #include "support/aml_func_mod.h"
+#include "platform/system/Text.h"
 
 namespace tess {
 namespace {
@@ -95,15 +96,6 @@ constexpr const char* kLineBreak = "\r\n";
 constexpr const char* kBrowseButton = "Enter";
 constexpr const char* kSaveFilter = "Feature classes and shapefiles";
 
-std::string Lower(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
-    return text;
-}
-
-bool EndsWithNoCase(const std::string& text, const std::string& tail) {
-    return text.size() >= tail.size() && Lower(text.substr(text.size() - tail.size())) == Lower(tail);
-}
-
 bool IsSeparator(char c) { return c == '/' || c == '\\'; }
 
 bool IsLetter(char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0; }
@@ -111,12 +103,6 @@ bool IsLetter(char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0;
 bool InSet(char c, const char* set) {
     const char lower = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     return std::string_view(set).find(lower) != std::string_view::npos;
-}
-
-std::string StripOneTrailingSeparator(std::string path) {
-    if (!path.empty() && IsSeparator(path.back()))
-        path.pop_back();
-    return path;
 }
 
 template <std::size_t N> bool OneOf(const std::string& category, const char* const (&list)[N]) {
@@ -371,9 +357,9 @@ std::shared_ptr<IFeatureClass> CreateGeneralFeatureClass(
                 isFeatureDataset = false;
                 if (category.find(kFeatureDatasetWord) != std::string::npos) {
                     // A feature dataset is chosen as the location: the class goes into it.
-                    const std::string location = StripOneTrailingSeparator(chosen->FullName);
+                    const std::string location = StripTrailingSeparator(chosen->FullName);
                     featureDatasetName = ReturnFilename(location);
-                    directory = StripOneTrailingSeparator(ReturnDir(location));
+                    directory = StripTrailingSeparator(ReturnDir(location));
                     isFeatureDataset = true;
                 } else {
                     featureDatasetName.clear();
@@ -414,7 +400,7 @@ std::shared_ptr<IFeatureClass> CreateGeneralFeatureClass(
             const bool inDataset = isFeatureDataset && !shapefile;
             const std::string messageName = inDataset ? featureDatasetName + ":" + name : name;
 
-            directory = StripOneTrailingSeparator(directory);
+            directory = StripTrailingSeparator(directory);
             auto workspace = std::dynamic_pointer_cast<IFeatureWorkspace>(factory->OpenFromFile(directory, 0));
             if (!workspace)
                 throw Fault(fault::ObjectNotSet, kSource, "'" + directory + "' is not a feature workspace");
@@ -469,7 +455,7 @@ std::shared_ptr<IFeatureClass> CreateShapefileFeatureClass(std::string& director
             return nullptr;
         }
         auto workspace = std::dynamic_pointer_cast<IFeatureWorkspace>(
-            ShapefileWorkspaceFactory().OpenFromFile(StripOneTrailingSeparator(directory), 0));
+            ShapefileWorkspaceFactory().OpenFromFile(StripTrailingSeparator(directory), 0));
         if (!workspace)
             throw Fault(fault::ObjectNotSet, kSource, "'" + directory + "' is not a shapefile workspace");
 

@@ -14,17 +14,12 @@
 #include "platform/data/SelectionSet.h"
 #include "platform/data/Workspace.h"
 #include "platform/system/Fault.h"
+#include "platform/system/Text.h"
 
 namespace tess {
 namespace {
 
 constexpr const char* kSource = "FeatureLayer";
-
-std::string Lower(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
-}
 
 std::shared_ptr<ISymbol> DefaultSymbol(esriGeometryType shapeType) {
     switch (shapeType) {

@@ -8,6 +8,7 @@
 #include "platform/data/detail/OgrAccess.h"
 #include "platform/data/detail/WorkspaceImpl.h"
 #include "platform/system/Fault.h"
+#include "platform/system/Text.h"
 
 namespace tess {
 namespace {
@@ -19,15 +20,6 @@ using data::WorkspaceImpl;
 
 constexpr const char* kSource = "tess.data";
 constexpr const char* kNewPrefix = ".tess-new-"; // a workspace being made, renamed into place when complete
-
-std::string Lower(std::string s) {
-    std::transform(s.begin(), s.end(), s.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return s;
-}
-
-bool EndsWithNoCase(const std::string& s, const std::string& suffix) {
-    return s.size() >= suffix.size() && Lower(s.substr(s.size() - suffix.size())) == suffix;
-}
 
 bool IsDir(const std::string& p) {
     std::error_code ec;

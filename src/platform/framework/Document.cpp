@@ -8,18 +8,13 @@
 #include "platform/carto/PageLayout.h"
 #include "platform/framework/CommandBars.h"
 #include "platform/system/Fault.h"
+#include "platform/system/Text.h"
 
 namespace tess {
 namespace {
 
 constexpr const char* kSource = "MxDocument";
 constexpr const char* kUntitled = "Untitled";
-
-bool SameText(const std::string& a, const std::string& b) {
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](unsigned char x, unsigned char y) {
-               return std::tolower(x) == std::tolower(y);
-           });
-}
 
 } // namespace
 
@@ -157,7 +152,7 @@ void MxDocument::ReplaceContents(std::vector<std::shared_ptr<tess::Map>> maps,
 
 const std::string* MxDocument::FindExtensionStream(const std::string& progId) const {
     for (const auto& [id, text] : streams_) {
-        if (SameText(id, progId))
+        if (EqualsNoCase(id, progId))
             return &text;
     }
     return nullptr;

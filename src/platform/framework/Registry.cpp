@@ -8,6 +8,7 @@
 
 #include "platform/framework/detail/TextFile.h"
 #include "platform/system/Fault.h"
+#include "platform/system/Text.h"
 
 namespace tess {
 namespace {
@@ -18,13 +19,6 @@ constexpr const char* kSource = "Registry";
 constexpr const char* kKeysMember = "keys";
 constexpr const char* kCategoriesMember = "categories";
 
-std::string Lower(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
-}
-
-bool SameText(const std::string& a, const std::string& b) { return Lower(a) == Lower(b); }
 
 const char* HiveName(RegistryHive hive) {
     switch (hive) {
@@ -86,7 +80,7 @@ json* FindKey(json& store, const std::string& fullKey) {
     if (!store.contains(kKeysMember))
         return nullptr;
     for (auto& [name, values] : store[kKeysMember].items()) {
-        if (SameText(name, fullKey) && values.is_object())
+        if (EqualsNoCase(name, fullKey) && values.is_object())
             return &values;
     }
     return nullptr;
@@ -94,7 +88,7 @@ json* FindKey(json& store, const std::string& fullKey) {
 
 json::iterator FindValue(json& values, const std::string& valueName) {
     for (auto it = values.begin(); it != values.end(); ++it) {
-        if (SameText(it.key(), valueName))
+        if (EqualsNoCase(it.key(), valueName))
             return it;
     }
     return values.end();
@@ -127,15 +121,15 @@ void Put(json& store, RegistryHive hive, const std::string& key, const std::stri
 }
 
 bool IsHostVersion(RegistryHive hive, const std::string& key, const std::string& valueName) {
-    return hive == RegistryHive::LocalMachine && SameText(FullKey(hive, key), FullKey(hive, kHostVersionKey)) &&
-           SameText(valueName, kHostVersionValue);
+    return hive == RegistryHive::LocalMachine && EqualsNoCase(FullKey(hive, key), FullKey(hive, kHostVersionKey)) &&
+           EqualsNoCase(valueName, kHostVersionValue);
 }
 
 json* FindCategory(json& store, const std::string& category) {
     if (!store.contains(kCategoriesMember))
         return nullptr;
     for (auto& [name, members] : store[kCategoriesMember].items()) {
-        if (SameText(name, category) && members.is_array())
+        if (EqualsNoCase(name, category) && members.is_array())
             return &members;
     }
     return nullptr;
@@ -151,8 +145,8 @@ ComponentRegistration ToRegistration(const json& entry) {
 }
 
 bool Matches(const ComponentRegistration& r, const std::string& clsidOrProgId) {
-    return (!r.clsid.empty() && SameText(r.clsid, clsidOrProgId)) ||
-           (!r.progId.empty() && SameText(r.progId, clsidOrProgId));
+    return (!r.clsid.empty() && EqualsNoCase(r.clsid, clsidOrProgId)) ||
+           (!r.progId.empty() && EqualsNoCase(r.progId, clsidOrProgId));
 }
 
 } // namespace

@@ -4,14 +4,11 @@
 #include <cctype>
 
 #include "platform/system/Fault.h"
+#include "platform/system/Text.h"
 
 namespace tess {
 
-bool NamesEqual(const std::string& a, const std::string& b) {
-    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-               return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
-           });
-}
+bool NamesEqual(const std::string& a, const std::string& b) { return EqualsNoCase(a, b); }
 
 std::size_t PropertySet::IndexOf(const std::string& name) const {
     const auto it =

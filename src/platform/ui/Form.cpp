@@ -2,17 +2,13 @@
 
 #include "platform/system/Fault.h"
 #include "platform/ui/UIServices.h"
+#include "platform/system/Text.h"
 
 #include <algorithm>
 #include <cctype>
 
 namespace tess {
 namespace {
-
-std::string Lower(std::string s) {
-    std::transform(s.begin(), s.end(), s.begin(), [](unsigned char c) { return std::tolower(c); });
-    return s;
-}
 
 } // namespace
 

@@ -11,17 +11,13 @@
 #include "platform/data/detail/TableImpl.h"
 #include "platform/data/detail/WorkspaceImpl.h"
 #include "platform/system/Fault.h"
+#include "platform/system/Text.h"
 
 namespace tess {
 namespace data {
 namespace {
 
 constexpr const char* kSource = "tess.data";
-
-std::string Lower(std::string s) {
-    std::transform(s.begin(), s.end(), s.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return s;
-}
 
 // The folder or file of a workspace by device and inode, so that "./x", "x/" and a link to x are
 // one workspace; by its normalized path when it cannot be looked at.

@@ -22,6 +22,7 @@
 #include "platform/srs/Transform.h"
 #include "platform/system/Fault.h"
 #include "platform/system/PropertySet.h"
+#include "platform/system/Text.h"
 
 namespace tess::data {
 namespace {
@@ -39,15 +40,6 @@ constexpr std::int32_t kDefaultIdWidth = 6; // the "Id" field a shapefile gets w
 // Component files of a shapefile or dBASE table, by the extension after the name.
 constexpr const char* kShapefileExtensions[] = {".shp", ".shx", ".dbf", ".prj", ".cpg", ".qix", ".sbn", ".sbx",
                                                 ".fbn", ".fbx", ".ain", ".aih", ".atx", ".ixs", ".mxs", ".shp.xml"};
-
-std::string Lower(std::string s) {
-    std::transform(s.begin(), s.end(), s.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return s;
-}
-
-bool EndsWithNoCase(const std::string& s, const std::string& suffix) {
-    return s.size() >= suffix.size() && Lower(s.substr(s.size() - suffix.size())) == Lower(suffix);
-}
 
 std::mutex& CacheMutex() {
     static std::mutex m;
