@@ -236,6 +236,10 @@ void ConversionRun::BuildOutputFields() {
         const std::string outputName = ReturnDBASEFieldName(field->Name(), Variant(outputFields_));
         clone->Name(outputName);
         nameMap_.emplace_back(field->Name(), outputName);
+        // A name that changed on the way is said, so that nobody looks for it in vain.
+        if (outputName != field->Name())
+            AddDataNote(request_.outputPath, "the field '" + field->Name() + "' is written as '" + outputName +
+                                                 "' (a dBASE name: at most 10 letters a-z, digits or '_')");
         outputFields_->Add(std::shared_ptr<IField>(clone));
     }
 }

@@ -16,7 +16,7 @@ std::string DataNotesRtf(const std::vector<DataNote>& notes) {
     if (notes.empty())
         return {};
     const std::string crlf(kReportLineBreak);
-    std::string block = R"(\pard\b Warnings while reading:\b0\par)" + crlf;
+    std::string block = R"(\pard\b Warnings:\b0\par)" + crlf;
     for (const DataNote& note : notes)
         block += "  " + RtfText(Counted(note) + note.text + "  (" + note.dataset + ")") + R"(\par)" + crlf;
     block += R"(\b ---------------------------------------------\b0\par)" + crlf;

@@ -129,6 +129,25 @@ TEST_F(DataSafety, InputsOfOtherFormatsAndANewGeoPackage) {
     EXPECT_EQ(fromContainer.err.find("holds several"), std::string::npos) << fromContainer.err;
 }
 
+TEST_F(DataSafety, TextOfAnyScriptAndHugeIntegersAreKeptOrSaidToChange) {
+    std::ofstream(Out("places.geojson")) << R"({"type": "FeatureCollection", "features": [
+ {"type": "Feature", "properties": {"名前": "Zürich Straße 東京", "ID": 9007199254740993},
+  "geometry": {"type": "LineString", "coordinates": [[8.5, 47.3], [8.6, 47.4]]}}]})";
+    const ProcessResult run = RunTessarine(
+        {"vertices", "--layer", "places.geojson", "--output", "places_vertices.shp", "--all-fields"}, dir_.Path());
+    ASSERT_EQ(run.exitCode, 0) << run.out << run.err;
+    const std::vector<FeatureRecord> points = ReadFeatures(Out("places_vertices.shp"));
+    ASSERT_EQ(points.size(), 2u);
+    // The value keeps every character; the name takes the dBASE rules of every output, and the
+    // run says how it was written.
+    EXPECT_EQ(points[0].values.at("Z______"), "Zürich Straße 東京");
+    EXPECT_NE(run.err.find("the field '名前' is written as 'z______'"), std::string::npos) << run.err;
+    // The identifier cannot be held exactly by the output's double: the run says so, on stderr
+    // and in its report.
+    EXPECT_NE(run.err.find("'ID' beyond 2^53"), std::string::npos) << run.err;
+    EXPECT_NE(run.out.find("Warnings:"), std::string::npos) << run.out;
+}
+
 TEST_F(DataSafety, ARunKilledInTheMiddleLeavesNothingHalfMadeAndRunsAgain) {
     constexpr int kFeatures = 2000;
     constexpr int kVerticesEach = 1000;

@@ -1,8 +1,9 @@
 #pragma once
-// Warnings that the storage engine gave while reading data and that did not
-// stop the read (a ring left open, characters it could not convert...). A
-// failed read is a Fault; a warning is noted here, counted per dataset and
-// text, for the run to list in its report and the host to show.
+// Warnings about data that did not stop the work: what the storage engine
+// said while reading (a ring left open, characters it could not convert...)
+// and what a run had to change on the way (a field's name). A failed read is
+// a Fault; a warning is noted here, counted per dataset and text, for the run
+// to list in its report and the host to show.
 
 #include <cstdint>
 #include <string>
