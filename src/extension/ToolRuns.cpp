@@ -1,5 +1,7 @@
 #include "extension/ToolRuns.h"
 
+#include "calculator/frmGeometry.h"
+#include "calculator/modCalcGeometry.h"
 #include "conversion/frmLayerFields.h"
 #include "conversion/modCreateVertices.h"
 #include "extension/ComponentFolder.h"
@@ -21,11 +23,25 @@ ToolRuns BuiltInRuns() {
         return ConvertToVertices(layer, selectedFields, doAllRecords, outputPath, application, extension,
                                  showProgress, reserved);
     };
+    runs.GeometryDialog = [](const std::shared_ptr<IApplication>& application) {
+        ShowGeometryDialog(application, ManualPath());
+    };
+    runs.CalcGeometry = [](const std::shared_ptr<IVariantArray>& options,
+                           const std::shared_ptr<IApplication>& application) {
+        return CalcGeometry(options, application);
+    };
     return runs;
 }
 
 ToolRuns& Runs() {
     static ToolRuns runs = BuiltInRuns();
+    runs.GeometryDialog = [](const std::shared_ptr<IApplication>& application) {
+        ShowGeometryDialog(application, ManualPath());
+    };
+    runs.CalcGeometry = [](const std::shared_ptr<IVariantArray>& options,
+                           const std::shared_ptr<IApplication>& application) {
+        return CalcGeometry(options, application);
+    };
     return runs;
 }
 
