@@ -6,6 +6,7 @@
 #include <ostream>
 #include <sstream>
 
+#include "CalculateDriver.h"
 #include "CommandRun.h"
 #include "CommandTable.h"
 #include "CommandsListing.h"
@@ -83,6 +84,8 @@ std::string Footer(const FriendlyCommand& entry) {
     if (entry.dialog == DialogKind::Unsupported)
         return "\nThe dialog of this command cannot be answered from the command line yet; it runs in "
                "tessarine-map.\n\nExamples:\n  tessarine commands\n";
+    if (entry.dialog == DialogKind::Calculate)
+        return kCalculateExamples;
     if (entry.friendly == "vertices")
         return kConversionExamples;
     const std::string name(entry.friendly);
@@ -303,7 +306,9 @@ private:
             options.run.commandName = std::string(entry.commandName);
             const bool withDialog = entry.dialog != DialogKind::None;
             AddMapOptions(*sub, options, withDialog);
-            if (withDialog)
+            if (entry.dialog == DialogKind::Calculate)
+                AddCalculateOptions(*sub, options.run, options.all, options.selected);
+            else if (withDialog)
                 AddDialogOptions(*sub, options);
             AddRunOptions(*sub, options, withDialog);
             sub->footer(Footer(entry));

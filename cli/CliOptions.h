@@ -60,6 +60,12 @@ struct RunOptions {
     bool save = false;                //!< --save: write the document back
     std::string savePath;             //!< --save FILE: where to; empty: the document's own file
     ProgressStyle progress = ProgressStyle::Auto;
+
+    // tessarine calculate
+    std::vector<std::string> measures; //!< --measure: a caption or number, with =FIELD[,FIELD]
+    bool listMeasures = false;         //!< --list: print what the layer offers, calculate nothing
+    std::string spheroid;              //!< --spheroid: a catalogue name, a code or a,b; empty: the layer's
+    bool planetocentric = false;       //!< --planetocentric
 };
 
 //! The streams of a run, and whether they are terminals.

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <ostream>
 
+#include "CalculateDriver.h"
 #include "CommandTable.h"
 #include "HostSession.h"
 #include "Interrupt.h"
@@ -196,6 +197,7 @@ private:
         ChooseInputLayer(app, options_, firstGiven);
 
         ui_->RegisterDriver("frmLayerFields", MakeLayerFieldsDriver(options_, *ui_, app.MxDoc()->FocusMapObject()));
+        RegisterCalculateDrivers(options_, *ui_, app.MxDoc()->FocusMapObject(), console_.out);
         {
             std::shared_ptr<ICommand> command = session.CreateCommand(progId);
             if (!command)
@@ -228,6 +230,9 @@ private:
         }
         if (!ui_->UsageProblemText().empty())
             return Usage(ui_->UsageProblemText());
+        if (const FriendlyCommand* run = FindFriendlyCommand(options_.commandName); run && run->dialog == DialogKind::Calculate)
+            if (std::optional<std::string> failure = CalculateFailure(ui_->ReportRtf()))
+                return Failed(*failure);
         const FriendlyCommand* entry = FindFriendlyCommand(options_.commandName);
         const bool ranNothing = entry && entry->dialog == DialogKind::LayerFields && ui_->ReportsShown() == 0;
         if (ui_->ErrorShown() || ranNothing) {

@@ -18,7 +18,7 @@ constexpr FriendlyCommand kCommands[] = {
     {"graphics unselect", "Tessarine_UnselectAllGraphics", DialogKind::None, "Unselect All Graphic Elements"},
     {"graphics flip", "Tessarine_FlipSelection", DialogKind::None, "Flip Graphic Element Selection"},
     {"graphics zoom", "Tessarine_ZoomSelGraphics", DialogKind::None, "Zoom to Selected Graphic Elements"},
-    {"calculate", "Tessarine_CalcGeometry", DialogKind::Unsupported, "Calculate Geometry"},
+    {"calculate", "Tessarine_CalcGeometry", DialogKind::Calculate, "Calculate Geometry"},
     {"build-polygons", "Tessarine_BuildPolygon", DialogKind::Unsupported, "Build Polygons from Polylines"},
     {"ographic-to-ocentric", "Tessarine_OGraphic_OCentric", DialogKind::Unsupported, "OGraphic to OCentric"},
     {"ocentric-to-ographic", "Tessarine_OCentric_OGraphic", DialogKind::Unsupported, "OCentric to OGraphic"},
