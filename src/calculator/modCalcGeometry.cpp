@@ -810,7 +810,6 @@ private:
         }
         // The meter stays for the user to read and close.
         const DateValue now = clock_();
-        meter.Ctl("lblStatus").Caption = "Calculations Complete...";
         meter.AppendDetails(" --> Calculations Complete..." + CrLf() + TimeStampLine(now) + CrLf() +
                             ReturnTimeElapsed(meter.ProgBeginTime(), now));
     }
