@@ -5,6 +5,9 @@
 #include "conversion/frmLayerFields.h"
 #include "conversion/modCreateVertices.h"
 #include "extension/ComponentFolder.h"
+#include "planetary/PlanetaryRuns.h"
+#include "planetary/frmBoundaryWrap.h"
+#include "planetary/frmGeoCentric.h"
 
 namespace tess {
 
@@ -29,6 +32,30 @@ ToolRuns BuiltInRuns() {
     runs.CalcGeometry = [](const std::shared_ptr<IVariantArray>& options,
                            const std::shared_ptr<IApplication>& application) {
         return CalcGeometry(options, application);
+    };
+    runs.BoundaryWrapDialog = [](const std::shared_ptr<IApplication>& application) {
+        ShowBoundaryWrapDialog(application, ManualPath());
+    };
+    runs.WrapToBoundaries = [](const std::shared_ptr<IApplication>& application,
+                               const std::shared_ptr<IMxDocument>& document,
+                               const std::shared_ptr<clsExtension>& extension,
+                               const std::shared_ptr<IVariantArray>& arguments, bool showProgress) {
+        return WrapToBoundaries(application, document, extension, arguments, showProgress);
+    };
+    runs.GeoCentricDialog = [](const std::shared_ptr<IVariantArray>& setup) {
+        ShowGeoCentricDialog(setup, ManualPath());
+    };
+    runs.CalcPlanetoCentricToPlanetoGraphic = [](const std::shared_ptr<IApplication>& application,
+                                                 const std::shared_ptr<IMxDocument>& document,
+                                                 const std::shared_ptr<clsExtension>& extension,
+                                                 const std::shared_ptr<IVariantArray>& arguments, bool showProgress) {
+        return CalcPlanetoCentricToPlanetoGraphic(application, document, extension, arguments, showProgress);
+    };
+    runs.CalcPlanetoGraphicToPlanetoCentric = [](const std::shared_ptr<IApplication>& application,
+                                                 const std::shared_ptr<IMxDocument>& document,
+                                                 const std::shared_ptr<clsExtension>& extension,
+                                                 const std::shared_ptr<IVariantArray>& arguments, bool showProgress) {
+        return CalcPlanetoGraphicToPlanetoCentric(application, document, extension, arguments, showProgress);
     };
     return runs;
 }
