@@ -12,6 +12,7 @@
 #include "CommandsListing.h"
 #include "DemoCommand.h"
 #include "GeodCommand.h"
+#include "PlanetaryDrivers.h"
 #include "TextUtil.h"
 
 #ifndef TESS_VERSION
@@ -86,6 +87,8 @@ std::string Footer(const FriendlyCommand& entry) {
                "tessarine-map.\n\nExamples:\n  tessarine commands\n";
     if (entry.dialog == DialogKind::Calculate)
         return kCalculateExamples;
+    if (entry.dialog == DialogKind::Planetary)
+        return entry.friendly == "wrap" ? kWrapExamples : kGeoCentricExamples;
     if (entry.friendly == "vertices")
         return kConversionExamples;
     const std::string name(entry.friendly);
@@ -308,6 +311,8 @@ private:
             AddMapOptions(*sub, options, withDialog);
             if (entry.dialog == DialogKind::Calculate)
                 AddCalculateOptions(*sub, options.run, options.all, options.selected);
+            else if (entry.dialog == DialogKind::Planetary)
+                AddPlanetaryOptions(*sub, options.run, entry.friendly == "wrap");
             else if (withDialog)
                 AddDialogOptions(*sub, options);
             AddRunOptions(*sub, options, withDialog);

@@ -9,6 +9,7 @@
 #include "HostSession.h"
 #include "Interrupt.h"
 #include "LayerFieldsDriver.h"
+#include "PlanetaryDrivers.h"
 #include "TerminalUI.h"
 #include "TextUtil.h"
 #include "platform/carto/FeatureLayer.h"
@@ -198,6 +199,7 @@ private:
 
         ui_->RegisterDriver("frmLayerFields", MakeLayerFieldsDriver(options_, *ui_, app.MxDoc()->FocusMapObject()));
         RegisterCalculateDrivers(options_, *ui_, app.MxDoc()->FocusMapObject(), console_.out);
+        RegisterPlanetaryDrivers(options_, *ui_);
         {
             std::shared_ptr<ICommand> command = session.CreateCommand(progId);
             if (!command)
@@ -234,7 +236,8 @@ private:
             if (std::optional<std::string> failure = CalculateFailure(ui_->ReportRtf()))
                 return Failed(*failure);
         const FriendlyCommand* entry = FindFriendlyCommand(options_.commandName);
-        const bool ranNothing = entry && entry->dialog == DialogKind::LayerFields && ui_->ReportsShown() == 0;
+        const bool ranNothing = entry && (entry->dialog == DialogKind::LayerFields || entry->dialog == DialogKind::Planetary) &&
+                                ui_->ReportsShown() == 0;
         if (ui_->ErrorShown() || ranNothing) {
             if (ui_->QuestionsDefaulted() > 0)
                 console_.err << "tessarine: a question took the safe answer, as there was no terminal to ask; "

@@ -12,6 +12,7 @@ namespace tess::cli {
 enum class DialogKind {
     LayerFields, //!< the layer-and-fields dialog of the conversions, driven from the options
     Calculate,   //!< the geometry calculator's dialog, driven from the options
+    Planetary,   //!< the wrap and planetary dialogs, driven from the options
     None,        //!< a direct action on the document's graphics, nothing to answer
     Unsupported, //!< a dialog the host cannot answer yet; listed, not run
 };
