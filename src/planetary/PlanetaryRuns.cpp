@@ -119,7 +119,6 @@ using ShapeStep = std::function<std::shared_ptr<IGeometry>(const std::shared_ptr
                                                            std::string& problems, std::int32_t oid)>;
 
 struct RunSetup {
-    const char* procedure;                   //!< with its trailing blank
     std::string reportTemplate;              //!< head and parameter sections, zzzFClass for the layer
     std::shared_ptr<IFeatureLayer> layer;
     std::shared_ptr<IVariantArray> output;   //!< output_description
@@ -337,7 +336,6 @@ std::string LatitudeRun(const char* procedure, const char* conversionType, Featu
             ObjectNotSet();
         const IVariantArray& args = *Arguments;
         RunSetup setup;
-        setup.procedure = procedure;
         setup.layer = args.Element(geocentric_argument::Layer).As<IFeatureLayer>();
         setup.output = args.Element(geocentric_argument::Output).As<IVariantArray>();
         const std::string spheroidName = args.Element(geocentric_argument::SpheroidName).ToString();
@@ -382,7 +380,6 @@ std::string WrapToBoundaries(const std::shared_ptr<IApplication>& Application,
             ObjectNotSet();
         const IVariantArray& args = *Arguments;
         RunSetup setup;
-        setup.procedure = "WrapToBoundaries ";
         setup.layer = args.Element(wrap_argument::Layer).As<IFeatureLayer>();
         setup.output = args.Element(wrap_argument::Output).As<IVariantArray>();
         const double west = args.Element(wrap_argument::West).ToDouble();
