@@ -235,6 +235,9 @@ private:
         if (const FriendlyCommand* run = FindFriendlyCommand(options_.commandName); run && run->dialog == DialogKind::Calculate)
             if (std::optional<std::string> failure = CalculateFailure(ui_->ReportRtf()))
                 return Failed(*failure);
+        if (const FriendlyCommand* run = FindFriendlyCommand(options_.commandName); run && run->dialog == DialogKind::Planetary)
+            if (std::optional<std::string> failure = PlanetaryFailure(ui_->ReportRtf()))
+                return Failed(*failure);
         const FriendlyCommand* entry = FindFriendlyCommand(options_.commandName);
         const bool ranNothing = entry && (entry->dialog == DialogKind::LayerFields || entry->dialog == DialogKind::Planetary) &&
                                 ui_->ReportsShown() == 0;

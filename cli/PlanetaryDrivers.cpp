@@ -317,4 +317,10 @@ void RegisterPlanetaryDrivers(const RunOptions& options, TerminalUI& ui) {
     ui.RegisterDriver("frmSpheroidOptions", SpheroidDriver(ui, chosen));
 }
 
+std::optional<std::string> PlanetaryFailure(const std::string& report) {
+    if (report.find("'CreateGeneralFeatureClass' Function failed unexpectedly...") != std::string::npos)
+        return std::string("no output was made, so nothing was converted; the messages above say why");
+    return std::nullopt;
+}
+
 } // namespace tess::cli

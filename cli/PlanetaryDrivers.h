@@ -6,6 +6,9 @@
 // then OK. The dialogs' own rules and messages apply; options that do not fit
 // end the run as bad usage with nothing written.
 
+#include <optional>
+#include <string>
+
 #include "TerminalUI.h"
 
 namespace CLI {
@@ -25,5 +28,9 @@ extern const char* const kGeoCentricExamples;
 
 //! Registers the drivers of frmBoundaryWrap, frmGeoCentric and frmSpheroidOptions.
 void RegisterPlanetaryDrivers(const RunOptions& options, TerminalUI& ui);
+
+//! Why a run that ended with this report wrote nothing (no output class was made); nothing when
+//! it ran.
+std::optional<std::string> PlanetaryFailure(const std::string& report);
 
 } // namespace tess::cli

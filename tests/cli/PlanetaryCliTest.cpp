@@ -117,6 +117,18 @@ TEST_F(PlanetaryCli, RefusedOptionsWriteNothing) {
     }
 }
 
+TEST_F(PlanetaryCli, AnOutputThatIsTakenAndNotOverwrittenFailsAndStaysAsItWas) {
+    const std::vector<std::string> args = {"wrap",   "--layer", Data("mars_regions.shp"), "--range", "0,360",
+                                           "--output", Out("taken.shp")};
+    ASSERT_EQ(RunTessarine(args, dir_.Path()).exitCode, 0);
+    const auto before = Snapshot(dir_.Path() / "taken.shp");
+    // No terminal to ask: the overwrite question takes No, and no other place is given.
+    const ProcessResult run = RunTessarine(args, dir_.Path());
+    EXPECT_EQ(run.exitCode, 1) << run.err;
+    EXPECT_NE(run.err.find("No Feature Class Created:"), std::string::npos) << run.err;
+    EXPECT_EQ(Snapshot(dir_.Path() / "taken.shp"), before);
+}
+
 TEST_F(PlanetaryCli, HelpNamesTheChoices) {
     const ProcessResult run = RunTessarine({"wrap", "--help"}, dir_.Path());
     ASSERT_EQ(run.exitCode, 0);
