@@ -9,6 +9,8 @@
 #include <cmath>
 #include <numbers>
 
+#include <signal.h>
+
 #include "CliTestSupport.h"
 #include "platform/data/Cursor.h"
 #include "platform/data/Row.h"
@@ -127,6 +129,27 @@ TEST_F(PlanetaryCli, AnOutputThatIsTakenAndNotOverwrittenFailsAndStaysAsItWas) {
     EXPECT_EQ(run.exitCode, 1) << run.err;
     EXPECT_NE(run.err.find("No Feature Class Created:"), std::string::npos) << run.err;
     EXPECT_EQ(Snapshot(dir_.Path() / "taken.shp"), before);
+}
+
+TEST_F(PlanetaryCli, CtrlCKeepsTheFeaturesWrittenSoFarAsAPartialLayer) {
+    // Enough lines, each cut into 20 tiles of the small box, for seconds of work: the signal
+    // lands inside the loop.
+    constexpr int kFeatures = 4000;
+    constexpr int kVerticesEach = 400;
+    MakeLongLines(dir_.Path().string(), kFeatures, kVerticesEach);
+    Child child({"wrap", "--layer", dir_ / "long_lines.shp", "--box", "0,0,0.002,0.002", "--output", Out("partial.shp"),
+                 "--progress", "plain"},
+                dir_.Path());
+    ASSERT_TRUE(child.WaitForErr("Converting Features...")) << child.Finish().err;
+    ::kill(child.Pid(), SIGINT);
+    const ProcessResult run = child.Finish();
+    EXPECT_EQ(run.exitCode, 3) << run.err;
+    const auto note = run.out.find("NOTE:  Exited Function Prematurely at Record ");
+    ASSERT_NE(note, std::string::npos) << run.out;
+    const int stoppedAt = std::stoi(run.out.substr(note + std::string("NOTE:  Exited Function Prematurely at Record ").size()));
+    const std::int32_t written = OpenClass(Out("partial.shp"))->FeatureCount(nullptr);
+    EXPECT_EQ(written, stoppedAt - 1);
+    EXPECT_LT(written, kFeatures);
 }
 
 TEST_F(PlanetaryCli, HelpNamesTheChoices) {
