@@ -10,12 +10,14 @@
 #include <ostream>
 #include <sstream>
 
+#include "CalculateDriver.h"
 #include "CommandRun.h"
 #include "CommandTable.h"
 #include "CommandsListing.h"
 #include "DemoCommand.h"
 #include "GeodCommand.h"
 #include "GraphicsDrivers.h"
+#include "PlanetaryDrivers.h"
 #include "TextUtil.h"
 
 #ifndef TESS_VERSION
@@ -72,6 +74,10 @@ std::string Footer(const FriendlyCommand& entry) {
     if (entry.dialog == DialogKind::Unsupported)
         return "\nThis command is " + std::string(kDesktopOnly) + ": " + std::string(kDesktopOnlyWhere) +
                ".\n\nExamples:\n  tessarine commands\n";
+    if (entry.dialog == DialogKind::Calculate)
+        return kCalculateExamples;
+    if (entry.dialog == DialogKind::Planetary)
+        return entry.friendly == "wrap" ? kWrapExamples : kGeoCentricExamples;
     if (entry.friendly == "vertices")
         return kConversionExamples;
     const std::string name(entry.friendly);
@@ -532,7 +538,11 @@ private:
             options.run.commandName = std::string(entry.commandName);
             const bool withDialog = entry.dialog != DialogKind::None;
             AddMapOptions(*sub, options, withDialog);
-            if (withDialog)
+            if (entry.dialog == DialogKind::Calculate)
+                AddCalculateOptions(*sub, options.run, options.all, options.selected);
+            else if (entry.dialog == DialogKind::Planetary)
+                AddPlanetaryOptions(*sub, options.run, entry.friendly == "wrap");
+            else if (withDialog)
                 AddDialogOptions(*sub, options);
             AddRunOptions(*sub, options, withDialog);
             sub->footer(Footer(entry));

@@ -72,6 +72,17 @@ struct RunOptions {
     //! Puts in place the drivers of dialogs other than the conversions' (the graphics tools'),
     //! once the document is open and before the command is clicked.
     std::function<void(TerminalUI& ui, const std::shared_ptr<MxDocument>& document)> dialogDrivers;
+
+    // tessarine calculate
+    std::vector<std::string> measures; //!< --measure: a caption or number, with =FIELD[,FIELD]
+    bool listMeasures = false;         //!< --list: print what the layer offers, calculate nothing
+    std::string spheroid;              //!< --spheroid: a catalogue name, a code or a,b; empty: the layer's
+    bool planetocentric = false;       //!< --planetocentric
+
+    // tessarine wrap, ocentric-to-ographic, ographic-to-ocentric
+    std::string range; //!< --range: "-180,180", "0,360" (or "none" for the conversions)
+    std::string box;   //!< --box: "W,S,E,N"
+    std::string shift; //!< --shift: decimal degrees; empty: the dialog's remembered shift
 };
 
 //! The streams of a run, and whether they are terminals.

@@ -9,10 +9,12 @@
 #include <optional>
 #include <ostream>
 
+#include "CalculateDriver.h"
 #include "CommandTable.h"
 #include "HostSession.h"
 #include "Interrupt.h"
 #include "LayerFieldsDriver.h"
+#include "PlanetaryDrivers.h"
 #include "TerminalUI.h"
 #include "TextUtil.h"
 #include "platform/carto/ActiveView.h"
@@ -409,6 +411,10 @@ private:
         if (!entry || entry->dialog == DialogKind::LayerFields)
             ui_->RegisterDriver("frmLayerFields", MakeLayerFieldsDriver(options_, *ui_, app.MxDoc()->FocusMapObject(),
                                                                         ChooseInputLayer(app, options_, given)));
+        else if (entry->dialog == DialogKind::Calculate || entry->dialog == DialogKind::Planetary)
+            ChooseInputLayer(app, options_, given); // their dialogs start on the map's chosen layer
+        RegisterCalculateDrivers(options_, *ui_, app.MxDoc()->FocusMapObject(), console_.out);
+        RegisterPlanetaryDrivers(options_, *ui_);
         if (options_.dialogDrivers)
             options_.dialogDrivers(*ui_, app.MxDoc());
         if (std::optional<ExitCode> declined = DecideReplacement(*app.MxDoc()->FocusMapObject()))
@@ -469,9 +475,16 @@ private:
         }
         if (!ui_->UsageProblemText().empty())
             return Usage(ui_->UsageProblemText());
+        if (const FriendlyCommand* run = FindFriendlyCommand(options_.commandName); run && run->dialog == DialogKind::Calculate)
+            if (std::optional<std::string> failure = CalculateFailure(ui_->ReportRtf()))
+                return Failed(*failure);
+        if (const FriendlyCommand* run = FindFriendlyCommand(options_.commandName); run && run->dialog == DialogKind::Planetary)
+            if (std::optional<std::string> failure = PlanetaryFailure(ui_->ReportRtf()))
+                return Failed(*failure);
         const FriendlyCommand* entry = FindFriendlyCommand(options_.commandName);
         const bool reports = entry && (entry->dialog == DialogKind::LayerFields ||
-                                       entry->dialog == DialogKind::GraphicsShapefile);
+                                       entry->dialog == DialogKind::GraphicsShapefile ||
+                                       entry->dialog == DialogKind::Planetary);
         const bool ranNothing = reports && ui_->ReportsShown() == 0;
         // A run that refuses its input before making anything says so in its report alone.
         const bool reportedFailure = ui_->ReportRtf().find(" Failed  !!!") != std::string::npos;

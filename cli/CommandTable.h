@@ -11,6 +11,8 @@ namespace tess::cli {
 //! How the host runs a command without a screen.
 enum class DialogKind {
     LayerFields, //!< the layer-and-fields dialog of the conversions, driven from the options
+    Calculate,   //!< the geometry calculator's dialog, driven from the options
+    Planetary,   //!< the wrap and planetary dialogs, driven from the options
     None,        //!< a direct action on the document's graphics, nothing to answer
     GraphicsShapefile, //!< graphics to shapes and empty classes, driven from the options
     SelectGraphics,    //!< selection of graphics by kind, name or pattern

@@ -91,6 +91,55 @@ ExitCode RunGraphicsToShapesDemo(const fs::path& document, const fs::path& outpu
     return code;
 }
 
+// The Mars regions of the demo: planetocentric, longitudes 0 to 360.
+constexpr const char* kMarsRegions = "demo/mars_regions.shp";
+constexpr const char* kMarsWrapped = "mars_regions_180";
+constexpr const char* kMarsGraphic = "mars_regions_graphic";
+
+//! The planetary tools on the Mars regions: wrapped to -180..180, then made planetographic on
+//! Mars 2000. Skipped, with a word, when the demo data predate the Mars regions.
+ExitCode RunPlanetaryDemo(const fs::path& data, const fs::path& output, const DemoOptions& options,
+                          Console& console, const std::string& libraryPath) {
+    if (!fs::exists(data / kMarsRegions)) {
+        console.out << "\n(The Mars regions are missing from the demo data; data/make-demo-data makes them.)\n";
+        return ExitCode::Success;
+    }
+    std::error_code error;
+    for (const char* name : {kMarsWrapped, kMarsGraphic})
+        for (const char* part : kShapefileParts)
+            fs::remove(output / (std::string(name) + part), error);
+
+    const std::string wrapped = (output / (std::string(kMarsWrapped) + ".shp")).string();
+    const std::string graphic = (output / (std::string(kMarsGraphic) + ".shp")).string();
+    console.out << "\nTessarine demo: \"Wrap Boundary\" on the Mars regions (0 to 360) to -180 to 180\n\n";
+    console.out.flush();
+    RunOptions wrap;
+    wrap.commandName = "Tessarine_WrapBoundary";
+    wrap.layers.push_back({(data / kMarsRegions).string(), "mars_regions", ""});
+    wrap.range = "-180,180";
+    wrap.output = wrapped;
+    wrap.answer = Answer::Yes;
+    wrap.progress = options.progress;
+    if (const ExitCode code = RunCommand(wrap, console, libraryPath); code != ExitCode::Success)
+        return code;
+
+    console.out << "\nTessarine demo: \"OCentric to OGraphic\" on the wrapped regions, Mars 2000\n\n";
+    console.out.flush();
+    RunOptions toGraphic;
+    toGraphic.commandName = "Tessarine_OCentric_OGraphic";
+    toGraphic.layers.push_back({wrapped, kMarsWrapped, ""});
+    toGraphic.spheroid = "Mars 2000";
+    toGraphic.range = "none";
+    toGraphic.output = graphic;
+    toGraphic.answer = Answer::Yes;
+    toGraphic.progress = options.progress;
+    const ExitCode code = RunCommand(toGraphic, console, libraryPath);
+    if (code == ExitCode::Success)
+        console.out << "\nThe wrapped regions are in " << wrapped << ", the planetographic ones in " << graphic
+                    << ".\n";
+    return code;
+}
+
 } // namespace
 
 ExitCode RunDemo(const DemoOptions& options, Console& console, const std::string& libraryPath) {
@@ -151,6 +200,9 @@ ExitCode RunDemo(const DemoOptions& options, Console& console, const std::string
         currentDocument = savedDocument;
     }
     if (const ExitCode code = RunGraphicsToShapesDemo(savedDocument, output, options, console, libraryPath);
+        code != ExitCode::Success)
+        return code;
+    if (const ExitCode code = RunPlanetaryDemo(data, output, options, console, libraryPath);
         code != ExitCode::Success)
         return code;
     console.out << "\nThe outputs are in " << output.string() << "/; the map with the new layers is " << savedDocument
