@@ -14,9 +14,9 @@ class IPolygon;
 
 //! How a cluster tolerance brings line work together.
 enum class ClusterMethod {
-    //! Vertices no farther apart than the tolerance merge into the first of them in input order,
-    //! and line ends within the tolerance of another line's segment become vertices of that
-    //! segment. Everything else keeps its exact coordinates.
+    //! Vertices closer together than the tolerance merge into the first of them in input order,
+    //! and a line end closer than the tolerance to a segment becomes a vertex of that segment
+    //! (the segment bends to the end). All other vertices keep their exact coordinates.
     SnapVertices,
     //! Every vertex and crossing is rounded to a grid whose cells are the tolerance wide
     //! (snap-rounding). Closes gaps of up to about half the tolerance only, and moves all line

@@ -555,7 +555,7 @@ private:
     std::unordered_map<std::uint64_t, std::vector<std::size_t>> cells_;
 };
 
-//! Each vertex joins the first earlier vertex within the tolerance, so that the result does not
+//! Each vertex joins the first earlier vertex closer than the tolerance, so that the result does not
 //! depend on anything but the order of the input.
 void ClusterVertices(std::vector<std::vector<WKSPoint>>& lines, double tolerance) {
     PointGrid grid(tolerance);
@@ -567,7 +567,7 @@ void ClusterVertices(std::vector<std::vector<WKSPoint>>& lines, double tolerance
             grid.Visit({v.X - tolerance, v.Y - tolerance}, {v.X + tolerance, v.Y + tolerance}, [&](std::size_t id) {
                 const WKSPoint r = representatives[id];
                 const double dx = r.X - v.X, dy = r.Y - v.Y;
-                if (dx * dx + dy * dy <= limit && id < best) best = id;
+                if (dx * dx + dy * dy < limit && id < best) best = id;
             });
             if (best == SIZE_MAX) {
                 grid.Add(v, representatives.size());
