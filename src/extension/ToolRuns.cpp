@@ -1,6 +1,8 @@
 #include "extension/ToolRuns.h"
 
+#include "conversion/frmBuildParams.h"
 #include "conversion/frmLayerFields.h"
+#include "conversion/mod_92_functions.h"
 #include "conversion/modCreateVertices.h"
 #include "extension/ComponentFolder.h"
 
@@ -21,11 +23,19 @@ ToolRuns BuiltInRuns() {
         return ConvertToVertices(layer, selectedFields, doAllRecords, outputPath, application, extension,
                                  showProgress, reserved);
     };
+    runs.BuildParamsDialog = [](const std::shared_ptr<IApplication>& application) {
+        ShowBuildParamsDialog(application, ManualPath());
+    };
+    runs.orlBuildPolygons = &orlBuildPolygons;
     return runs;
 }
 
 ToolRuns& Runs() {
     static ToolRuns runs = BuiltInRuns();
+    runs.BuildParamsDialog = [](const std::shared_ptr<IApplication>& application) {
+        ShowBuildParamsDialog(application, ManualPath());
+    };
+    runs.orlBuildPolygons = &orlBuildPolygons;
     return runs;
 }
 
