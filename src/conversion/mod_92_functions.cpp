@@ -227,6 +227,15 @@ void BuildPolygonsRun::OpenInput() {
     if (auto geo = std::dynamic_pointer_cast<IGeoDataset>(input_))
         reference_ = geo->SpatialReference();
     unitWord_ = CoordinateUnitWord(reference_);
+    // What would only fail once the output exists is refused before anything is written.
+    if (!(r_.tolerance >= 0.0) || !std::isfinite(r_.tolerance))
+        throw Fault(fault::InvalidCall, kSource, "The cluster tolerance must be a number of 0 or more");
+    if (r_.transfer && r_.fields)
+        for (std::int32_t i = 0; i < r_.fields->Count(); ++i)
+            if (auto field = r_.fields->Element(i).As<IField>(); field && pointClass_->FindField(field->Name()) < 0)
+                throw Fault(fault::InvalidCall, kSource,
+                            "The label point layer '" + r_.pointLayer->Name() + "' has no field '" + field->Name() +
+                                "'");
 }
 
 bool BuildPolygonsRun::CreateOutput() {
