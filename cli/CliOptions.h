@@ -47,6 +47,15 @@ struct LayerSource {
     std::string where; //!< attribute condition of the selection; empty: nothing selected
 };
 
+//! What build-polygons takes beyond the options of the conversions; empty texts: the dialog's own.
+struct BuildPolygonsOptions {
+    std::string clusterTolerance; //!< --cluster-tolerance, as typed
+    std::string labels;           //!< --labels: a layer of the map, or a dataset added as one
+    std::string labelRule;        //!< --label-rule: "first" or "nearest"
+    bool allLabels = false;       //!< --all-labels
+    bool selectedLabels = false;  //!< --selected-labels
+};
+
 struct RunOptions {
     std::string commandName;          //!< the command's Name, e.g. "Tessarine_ShapesToVertices"
     std::string documentPath;         //!< --doc: the map document to open
@@ -61,6 +70,7 @@ struct RunOptions {
     bool save = false;                //!< --save: write the document back
     std::string savePath;             //!< --save FILE: where to; empty: the document's own file
     ProgressStyle progress = ProgressStyle::Auto;
+    BuildPolygonsOptions build;       //!< build-polygons only
 };
 
 //! The streams of a run, and whether they are terminals.

@@ -12,6 +12,7 @@
 #include "CommandTable.h"
 #include "HostSession.h"
 #include "Interrupt.h"
+#include "BuildPolygonsDriver.h"
 #include "LayerFieldsDriver.h"
 #include "TerminalUI.h"
 #include "TextUtil.h"
@@ -409,6 +410,9 @@ private:
         if (!entry || entry->dialog == DialogKind::LayerFields)
             ui_->RegisterDriver("frmLayerFields", MakeLayerFieldsDriver(options_, *ui_, app.MxDoc()->FocusMapObject(),
                                                                         ChooseInputLayer(app, options_, given)));
+        if (entry && entry->dialog == DialogKind::BuildPolygons)
+            ui_->RegisterDriver("frmBuildParams", MakeBuildPolygonsDriver(options_, *ui_, app.MxDoc()->FocusMapObject(),
+                                                                          ChooseInputLayer(app, options_, given)));
         if (std::optional<ExitCode> declined = DecideReplacement(*app.MxDoc()->FocusMapObject()))
             return *declined;
         const GraphicsState before = ReadGraphics(app);

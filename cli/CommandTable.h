@@ -11,6 +11,7 @@ namespace tess::cli {
 //! How the host runs a command without a screen.
 enum class DialogKind {
     LayerFields, //!< the layer-and-fields dialog of the conversions, driven from the options
+    BuildPolygons, //!< the polygon-building dialog, driven from the options
     None,        //!< a direct action on the document's graphics, nothing to answer
     Unsupported, //!< a dialog the host cannot answer yet; listed, not run
 };
