@@ -119,5 +119,14 @@ TEST_F(BuildPolygonsCli, LinesThatBoundNothingSaySoAndLeaveAnEmptyClass) {
     EXPECT_TRUE(ReadFeatures(Out("none.shp")).empty());
 }
 
+TEST_F(BuildPolygonsCli, TheDemoBuildsTheRegionsOfTheFences) {
+    const ProcessResult run = RunTessarine({"demo", "--progress", "none"}, dir_.Path());
+    ASSERT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_NE(run.out.find("Build Polygons Function Complete:"), std::string::npos) << run.out;
+    const auto regions = Regions((dir_.Path() / "demo-output" / "regions.shp").string());
+    EXPECT_EQ(regions.size(), 3u);
+    EXPECT_EQ(regions.count("East Field"), 1u);
+}
+
 } // namespace
 } // namespace tess::test
