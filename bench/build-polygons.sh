@@ -36,9 +36,11 @@ if psql -d "$db" -qtAc "SELECT postgis_version()" >/dev/null 2>&1; then
     -lco PRECISION=NO -nlt MULTILINESTRING
   psql -d "$db" -qtA -F ' ' <<SQL
 \timing on
+-- The lines are dumped into single lines first: ST_Node takes a collection of lines only.
 SELECT 'postgis, ST_Polygonize(ST_Node(ST_Collect(geom))): n=' || COUNT(*) || ' area=' || SUM(ST_Area(g))
 FROM (SELECT (ST_Dump(ST_Polygonize(noded))).geom AS g
-      FROM (SELECT ST_Node(ST_Collect(geom)) AS noded FROM $table) n) faces;
+      FROM (SELECT ST_Node(ST_Collect(geom)) AS noded
+            FROM (SELECT (ST_Dump(geom)).geom FROM $table) parts) n) faces;
 DROP TABLE $table;
 SQL
 else

@@ -32,10 +32,6 @@ ToolRuns BuiltInRuns() {
 
 ToolRuns& Runs() {
     static ToolRuns runs = BuiltInRuns();
-    runs.BuildParamsDialog = [](const std::shared_ptr<IApplication>& application) {
-        ShowBuildParamsDialog(application, ManualPath());
-    };
-    runs.orlBuildPolygons = &orlBuildPolygons;
     return runs;
 }
 

@@ -537,22 +537,41 @@ namespace {
 class PointGrid {
 public:
     explicit PointGrid(double cell) : cell_(cell) {}
-    void Add(WKSPoint p, std::size_t id) { cells_[Key(Cell(p.X), Cell(p.Y))].push_back(id); }
-    //! Ids in the cells that the box [min, max] touches.
+    void Add(WKSPoint p, std::size_t id) {
+        const std::int64_t i = Cell(p.X), j = Cell(p.Y);
+        Bucket& bucket = cells_[Key(i, j)];
+        bucket.i = i;
+        bucket.j = j;
+        bucket.ids.push_back(id);
+    }
+    //! Ids in the cells that the box [min, max] touches. A box of more cells than are filled walks
+    //! the filled ones instead, so that a long line costs no more than the points there are.
     template <class F> void Visit(WKSPoint min, WKSPoint max, F&& f) const {
-        for (std::int64_t i = Cell(min.X); i <= Cell(max.X); ++i)
-            for (std::int64_t j = Cell(min.Y); j <= Cell(max.Y); ++j)
+        const std::int64_t i0 = Cell(min.X), i1 = Cell(max.X), j0 = Cell(min.Y), j1 = Cell(max.Y);
+        const double boxCells = (static_cast<double>(i1 - i0) + 1.0) * (static_cast<double>(j1 - j0) + 1.0);
+        if (boxCells > static_cast<double>(cells_.size())) {
+            for (const auto& [key, bucket] : cells_)
+                if (bucket.i >= i0 && bucket.i <= i1 && bucket.j >= j0 && bucket.j <= j1)
+                    for (std::size_t id : bucket.ids) f(id);
+            return;
+        }
+        for (std::int64_t i = i0; i <= i1; ++i)
+            for (std::int64_t j = j0; j <= j1; ++j)
                 if (auto it = cells_.find(Key(i, j)); it != cells_.end())
-                    for (std::size_t id : it->second) f(id);
+                    for (std::size_t id : it->second.ids) f(id);
     }
 
 private:
+    struct Bucket {
+        std::int64_t i = 0, j = 0;
+        std::vector<std::size_t> ids;
+    };
     std::int64_t Cell(double v) const { return static_cast<std::int64_t>(std::floor(v / cell_)); }
     static std::uint64_t Key(std::int64_t i, std::int64_t j) {
         return (static_cast<std::uint64_t>(i) * 0x9E3779B97F4A7C15ULL) ^ static_cast<std::uint64_t>(j);
     }
     double cell_;
-    std::unordered_map<std::uint64_t, std::vector<std::size_t>> cells_;
+    std::unordered_map<std::uint64_t, Bucket> cells_;
 };
 
 //! Each vertex joins the first earlier vertex closer than the tolerance, so that the result does not
@@ -601,10 +620,27 @@ std::vector<GeomPtr> SnapEndsIntoSegments(const std::vector<std::vector<WKSPoint
             min = {std::min(min.X, v.X), std::min(min.Y, v.Y)};
             max = {std::max(max.X, v.X), std::max(max.Y, v.Y)};
         }
-        std::vector<WKSPoint> near;
+        std::vector<WKSPoint> candidates;
         grid.Visit({min.X - tolerance, min.Y - tolerance}, {max.X + tolerance, max.Y + tolerance},
-                   [&](std::size_t id) { near.push_back(ends[id]); });
+                   [&](std::size_t id) { candidates.push_back(ends[id]); });
         GeomPtr g = LineFromPoints(line);
+        // Only the ends really near the line: the engine's snapping weighs every target against
+        // every segment, and the box of a long line holds many ends that are far from it.
+        std::vector<WKSPoint> near;
+        if (!candidates.empty()) {
+            const GEOSPreparedGeometry* prepared = GEOSPrepare_r(H(), g.get());
+            if (!prepared) Fail("Snap");
+            for (const WKSPoint& p : candidates) {
+                const GeomPtr pt = Check(GEOSGeom_createPointFromXY_r(H(), p.X, p.Y), "Snap");
+                double d = 0.0;
+                if (!GEOSPreparedDistance_r(H(), prepared, pt.get(), &d)) {
+                    GEOSPreparedGeom_destroy_r(H(), prepared);
+                    Fail("Snap");
+                }
+                if (d < tolerance) near.push_back(p);
+            }
+            GEOSPreparedGeom_destroy_r(H(), prepared);
+        }
         if (!near.empty()) {
             std::sort(near.begin(), near.end(),
                       [](WKSPoint a, WKSPoint b) { return a.X < b.X || (a.X == b.X && a.Y < b.Y); });
