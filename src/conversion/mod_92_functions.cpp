@@ -1,5 +1,6 @@
 #include "conversion/mod_92_functions.h"
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
