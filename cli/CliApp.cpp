@@ -10,6 +10,7 @@
 #include <ostream>
 #include <sstream>
 
+#include "BuildPolygonsDriver.h"
 #include "CalculateDriver.h"
 #include "CommandRun.h"
 #include "CommandTable.h"
@@ -80,6 +81,8 @@ std::string Footer(const FriendlyCommand& entry) {
         return entry.friendly == "wrap" ? kWrapExamples : kGeoCentricExamples;
     if (entry.friendly == "vertices")
         return kConversionExamples;
+    if (entry.dialog == DialogKind::BuildPolygons)
+        return BuildPolygonsFooter();
     const std::string name(entry.friendly);
     return "\nThe options are those of \"tessarine vertices --help\": the same dialog serves every "
            "conversion.\n\nExamples:\n  tessarine " + name + " --layer data/demo/parcels.shp --output out/" + name +
@@ -544,6 +547,8 @@ private:
                 AddPlanetaryOptions(*sub, options.run, entry.friendly == "wrap");
             else if (withDialog)
                 AddDialogOptions(*sub, options);
+            if (entry.dialog == DialogKind::BuildPolygons)
+                AddBuildPolygonsOptions(*sub, options.run.build);
             AddRunOptions(*sub, options, withDialog);
             sub->footer(Footer(entry));
         }
@@ -580,6 +585,12 @@ private:
             if (OptionsGiven(*sub) == 0)
                 return ExplainOnly(*sub);
             Complete(*sub, options);
+            if (sub->get_name() == "build-polygons")
+                try {
+                    CompleteBuildPolygonsOptions(options.run);
+                } catch (const std::invalid_argument& caught) {
+                    throw BadUsage{caught.what()};
+                }
             return static_cast<int>(RunCommand(options.run, console_));
         }
         // A group without its command, or nothing at all: the help of the level reached.

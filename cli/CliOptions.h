@@ -55,6 +55,15 @@ struct LayerSource {
     std::string where; //!< attribute condition of the selection; empty: nothing selected
 };
 
+//! What build-polygons takes beyond the options of the conversions; empty texts: the dialog's own.
+struct BuildPolygonsOptions {
+    std::string clusterTolerance; //!< --cluster-tolerance, as typed
+    std::string labels;           //!< --labels: a layer of the map, or a dataset added as one
+    std::string labelRule;        //!< --label-rule: "first" or "nearest"
+    bool allLabels = false;       //!< --all-labels
+    bool selectedLabels = false;  //!< --selected-labels
+};
+
 struct RunOptions {
     std::string commandName;          //!< the command's Name, e.g. "Tessarine_ShapesToVertices"
     std::string documentPath;         //!< --doc: the map document to open
@@ -83,6 +92,7 @@ struct RunOptions {
     std::string range; //!< --range: "-180,180", "0,360" (or "none" for the conversions)
     std::string box;   //!< --box: "W,S,E,N"
     std::string shift; //!< --shift: decimal degrees; empty: the dialog's remembered shift
+    BuildPolygonsOptions build;       //!< build-polygons only
 };
 
 //! The streams of a run, and whether they are terminals.

@@ -13,6 +13,7 @@
 #include "CommandTable.h"
 #include "HostSession.h"
 #include "Interrupt.h"
+#include "BuildPolygonsDriver.h"
 #include "LayerFieldsDriver.h"
 #include "PlanetaryDrivers.h"
 #include "TerminalUI.h"
@@ -411,6 +412,9 @@ private:
         if (!entry || entry->dialog == DialogKind::LayerFields)
             ui_->RegisterDriver("frmLayerFields", MakeLayerFieldsDriver(options_, *ui_, app.MxDoc()->FocusMapObject(),
                                                                         ChooseInputLayer(app, options_, given)));
+        else if (entry->dialog == DialogKind::BuildPolygons)
+            ui_->RegisterDriver("frmBuildParams", MakeBuildPolygonsDriver(options_, *ui_, app.MxDoc()->FocusMapObject(),
+                                                                          ChooseInputLayer(app, options_, given)));
         else if (entry->dialog == DialogKind::Calculate || entry->dialog == DialogKind::Planetary)
             ChooseInputLayer(app, options_, given); // their dialogs start on the map's chosen layer
         RegisterCalculateDrivers(options_, *ui_, app.MxDoc()->FocusMapObject(), console_.out);

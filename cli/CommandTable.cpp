@@ -19,7 +19,7 @@ constexpr FriendlyCommand kCommands[] = {
     {"graphics flip", "Tessarine_FlipSelection", DialogKind::None, "Flip Graphic Element Selection"},
     {"graphics zoom", "Tessarine_ZoomSelGraphics", DialogKind::None, "Zoom to Selected Graphic Elements"},
     {"calculate", "Tessarine_CalcGeometry", DialogKind::Calculate, "Calculate Geometry"},
-    {"build-polygons", "Tessarine_BuildPolygon", DialogKind::Unsupported, "Build Polygons from Polylines"},
+    {"build-polygons", "Tessarine_BuildPolygon", DialogKind::BuildPolygons, "Build Polygons from Polylines"},
     {"ographic-to-ocentric", "Tessarine_OGraphic_OCentric", DialogKind::Planetary, "OGraphic to OCentric"},
     {"ocentric-to-ographic", "Tessarine_OCentric_OGraphic", DialogKind::Planetary, "OCentric to OGraphic"},
     {"wrap", "Tessarine_WrapBoundary", DialogKind::Planetary, "Wrap Boundary"},

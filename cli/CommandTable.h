@@ -13,6 +13,7 @@ enum class DialogKind {
     LayerFields, //!< the layer-and-fields dialog of the conversions, driven from the options
     Calculate,   //!< the geometry calculator's dialog, driven from the options
     Planetary,   //!< the wrap and planetary dialogs, driven from the options
+    BuildPolygons, //!< the polygon-building dialog, driven from the options
     None,        //!< a direct action on the document's graphics, nothing to answer
     GraphicsShapefile, //!< graphics to shapes and empty classes, driven from the options
     SelectGraphics,    //!< selection of graphics by kind, name or pattern

@@ -2,7 +2,9 @@
 
 #include "calculator/frmGeometry.h"
 #include "calculator/modCalcGeometry.h"
+#include "conversion/frmBuildParams.h"
 #include "conversion/frmLayerFields.h"
+#include "conversion/mod_92_functions.h"
 #include "conversion/modCreateVertices.h"
 #include "extension/ComponentFolder.h"
 #include "graphics/frmGraphicsShapefile.h"
@@ -61,6 +63,10 @@ ToolRuns BuiltInRuns() {
                                                  const std::shared_ptr<IVariantArray>& arguments, bool showProgress) {
         return CalcPlanetoGraphicToPlanetoCentric(application, document, extension, arguments, showProgress);
     };
+    runs.BuildParamsDialog = [](const std::shared_ptr<IApplication>& application) {
+        ShowBuildParamsDialog(application, ManualPath());
+    };
+    runs.orlBuildPolygons = &orlBuildPolygons;
     return runs;
 }
 

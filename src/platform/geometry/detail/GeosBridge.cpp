@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <unordered_map>
 
 #include "platform/geometry/Geometries.h"
 #include "platform/geometry/detail/PartData.h"
@@ -527,6 +528,197 @@ void GeosCut(const IGeometry& shape, const IPolyline& cutter, std::shared_ptr<IG
     };
     left = build(leftParts);
     right = build(rightParts);
+}
+
+namespace {
+
+// A square grid of cells of the tolerance's size over points, so that the neighbours of a point
+// within the tolerance are in its own cell or the eight around it.
+class PointGrid {
+public:
+    explicit PointGrid(double cell) : cell_(cell) {}
+    void Add(WKSPoint p, std::size_t id) {
+        const std::int64_t i = Cell(p.X), j = Cell(p.Y);
+        Bucket& bucket = cells_[Key(i, j)];
+        bucket.i = i;
+        bucket.j = j;
+        bucket.ids.push_back(id);
+    }
+    //! Ids in the cells that the box [min, max] touches. A box of more cells than are filled walks
+    //! the filled ones instead, so that a long line costs no more than the points there are.
+    template <class F> void Visit(WKSPoint min, WKSPoint max, F&& f) const {
+        const std::int64_t i0 = Cell(min.X), i1 = Cell(max.X), j0 = Cell(min.Y), j1 = Cell(max.Y);
+        const double boxCells = (static_cast<double>(i1 - i0) + 1.0) * (static_cast<double>(j1 - j0) + 1.0);
+        if (boxCells > static_cast<double>(cells_.size())) {
+            for (const auto& [key, bucket] : cells_)
+                if (bucket.i >= i0 && bucket.i <= i1 && bucket.j >= j0 && bucket.j <= j1)
+                    for (std::size_t id : bucket.ids) f(id);
+            return;
+        }
+        for (std::int64_t i = i0; i <= i1; ++i)
+            for (std::int64_t j = j0; j <= j1; ++j)
+                if (auto it = cells_.find(Key(i, j)); it != cells_.end())
+                    for (std::size_t id : it->second.ids) f(id);
+    }
+
+private:
+    struct Bucket {
+        std::int64_t i = 0, j = 0;
+        std::vector<std::size_t> ids;
+    };
+    std::int64_t Cell(double v) const { return static_cast<std::int64_t>(std::floor(v / cell_)); }
+    static std::uint64_t Key(std::int64_t i, std::int64_t j) {
+        return (static_cast<std::uint64_t>(i) * 0x9E3779B97F4A7C15ULL) ^ static_cast<std::uint64_t>(j);
+    }
+    double cell_;
+    std::unordered_map<std::uint64_t, Bucket> cells_;
+};
+
+//! Each vertex joins the first earlier vertex closer than the tolerance, so that the result does not
+//! depend on anything but the order of the input.
+void ClusterVertices(std::vector<std::vector<WKSPoint>>& lines, double tolerance) {
+    PointGrid grid(tolerance);
+    std::vector<WKSPoint> representatives;
+    const double limit = tolerance * tolerance;
+    for (auto& line : lines) {
+        for (WKSPoint& v : line) {
+            std::size_t best = SIZE_MAX;
+            grid.Visit({v.X - tolerance, v.Y - tolerance}, {v.X + tolerance, v.Y + tolerance}, [&](std::size_t id) {
+                const WKSPoint r = representatives[id];
+                const double dx = r.X - v.X, dy = r.Y - v.Y;
+                if (dx * dx + dy * dy < limit && id < best) best = id;
+            });
+            if (best == SIZE_MAX) {
+                grid.Add(v, representatives.size());
+                representatives.push_back(v);
+            } else {
+                v = representatives[best];
+            }
+        }
+        line.erase(std::unique(line.begin(), line.end()), line.end());
+    }
+}
+
+GeomPtr LineFromPoints(const std::vector<WKSPoint>& pts) { return MakeLine(std::span<const WKSPoint>(pts)); }
+
+//! Ends of lines that stop short of, or run past, another line by less than the tolerance: each
+//! line takes the ends near it as vertices of its own, so that noding finds the junction.
+std::vector<GeomPtr> SnapEndsIntoSegments(const std::vector<std::vector<WKSPoint>>& lines, double tolerance) {
+    PointGrid grid(tolerance);
+    std::vector<WKSPoint> ends;
+    for (const auto& line : lines) {
+        for (const WKSPoint e : {line.front(), line.back()}) {
+            grid.Add(e, ends.size());
+            ends.push_back(e);
+        }
+    }
+    std::vector<GeomPtr> out;
+    out.reserve(lines.size());
+    for (const auto& line : lines) {
+        WKSPoint min = line.front(), max = line.front();
+        for (const WKSPoint& v : line) {
+            min = {std::min(min.X, v.X), std::min(min.Y, v.Y)};
+            max = {std::max(max.X, v.X), std::max(max.Y, v.Y)};
+        }
+        std::vector<WKSPoint> candidates;
+        grid.Visit({min.X - tolerance, min.Y - tolerance}, {max.X + tolerance, max.Y + tolerance},
+                   [&](std::size_t id) { candidates.push_back(ends[id]); });
+        GeomPtr g = LineFromPoints(line);
+        // Only the ends really near the line: the engine's snapping weighs every target against
+        // every segment, and the box of a long line holds many ends that are far from it.
+        std::vector<WKSPoint> near;
+        if (!candidates.empty()) {
+            const GEOSPreparedGeometry* prepared = GEOSPrepare_r(H(), g.get());
+            if (!prepared) Fail("Snap");
+            for (const WKSPoint& p : candidates) {
+                const GeomPtr pt = Check(GEOSGeom_createPointFromXY_r(H(), p.X, p.Y), "Snap");
+                double d = 0.0;
+                if (!GEOSPreparedDistance_r(H(), prepared, pt.get(), &d)) {
+                    GEOSPreparedGeom_destroy_r(H(), prepared);
+                    Fail("Snap");
+                }
+                if (d < tolerance) near.push_back(p);
+            }
+            GEOSPreparedGeom_destroy_r(H(), prepared);
+        }
+        if (!near.empty()) {
+            std::sort(near.begin(), near.end(),
+                      [](WKSPoint a, WKSPoint b) { return a.X < b.X || (a.X == b.X && a.Y < b.Y); });
+            near.erase(std::unique(near.begin(), near.end()), near.end());
+            std::vector<GeomPtr> pts;
+            for (const WKSPoint& p : near) pts.push_back(Check(GEOSGeom_createPointFromXY_r(H(), p.X, p.Y), "Snap"));
+            const GeomPtr targets = MakeCollection(GEOS_MULTIPOINT, pts);
+            g = Check(GEOSSnap_r(H(), g.get(), targets.get(), tolerance), "Snap");
+        }
+        out.push_back(std::move(g));
+    }
+    return out;
+}
+
+} // namespace
+
+std::vector<std::shared_ptr<Polygon>> GeosPolygonizeLines(const std::vector<std::vector<WKSPoint>>& input,
+                                                          double tolerance, ClusterMethod method) {
+    Ctx().ClearMessage();
+    if (!(tolerance >= 0.0) || !std::isfinite(tolerance))
+        throw Fault(fault::InvalidCall, "ConstructPolygons", "The cluster tolerance must be 0 or more");
+    std::vector<std::vector<WKSPoint>> lines;
+    for (const auto& line : input) {
+        std::vector<WKSPoint> pts(line);
+        pts.erase(std::unique(pts.begin(), pts.end()), pts.end());
+        if (pts.size() >= 2) lines.push_back(std::move(pts));
+    }
+    std::vector<std::shared_ptr<Polygon>> result;
+    if (lines.empty()) return result;
+
+    std::vector<GeomPtr> parts;
+    GeomPtr noded;
+    if (tolerance > 0.0 && method == ClusterMethod::SnapVertices) {
+        ClusterVertices(lines, tolerance);
+        std::erase_if(lines, [](const std::vector<WKSPoint>& l) { return l.size() < 2; });
+        if (lines.empty()) return result;
+        parts = SnapEndsIntoSegments(lines, tolerance);
+    } else {
+        for (const auto& line : lines) parts.push_back(LineFromPoints(line));
+    }
+    const GeomPtr all = MakeCollection(GEOS_MULTILINESTRING, parts);
+    // Union nodes the lines where they cross and keeps one copy of shared pieces.
+    if (tolerance > 0.0 && method == ClusterMethod::SnapRound)
+        noded = Check(GEOSUnaryUnionPrec_r(H(), all.get(), tolerance), "ConstructPolygons");
+    else
+        noded = Check(GEOSUnaryUnion_r(H(), all.get()), "ConstructPolygons");
+
+    const GEOSGeometry* faceInput[1] = {noded.get()};
+    const GeomPtr faces = Check(GEOSPolygonize_r(H(), faceInput, 1), "ConstructPolygons");
+    const int n = GEOSGetNumGeometries_r(H(), faces.get());
+    for (int i = 0; i < n; ++i) {
+        const GEOSGeometry* face = GEOSGetGeometryN_r(H(), faces.get(), i);
+        if (GEOSisEmpty_r(H(), face) == 1) continue;
+        double area = 0.0;
+        if (!GEOSArea_r(H(), face, &area) || !(area > 0.0)) continue;
+        result.push_back(std::dynamic_pointer_cast<Polygon>(FromGeos(face, esriGeometryPolygon)));
+    }
+    return result;
+}
+
+std::vector<std::shared_ptr<Polygon>> GeosPolygonizeShapes(const std::vector<std::shared_ptr<IGeometry>>& shapes,
+                                                           double tolerance, ClusterMethod method) {
+    Ctx().ClearMessage();
+    std::vector<std::vector<WKSPoint>> lines;
+    for (const auto& shape : shapes) {
+        if (!shape || shape->IsEmpty()) continue;
+        const esriGeometryType type = shape->GeometryType();
+        if (type != esriGeometryPolyline && type != esriGeometryPolygon && type != esriGeometryPath &&
+            type != esriGeometryRing && type != esriGeometryLine)
+            throw Fault(fault::TypeMismatch, "ConstructPolygons", "Only polylines and polygons bound regions");
+        GeomPtr g = ToGeos(*shape);
+        if (type == esriGeometryPolygon || type == esriGeometryRing)
+            g = Check(GEOSBoundary_r(H(), g.get()), "ConstructPolygons");
+        Components c;
+        Collect(g.get(), c);
+        for (const GEOSGeometry* l : c.lines) lines.push_back(Coords(l));
+    }
+    return GeosPolygonizeLines(lines, tolerance, method);
 }
 
 } // namespace tess::detail

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/geometry/Geometry.h"
+#include "platform/geometry/PolygonConstruction.h" // ClusterMethod
 
 namespace tess {
 class Polygon;
@@ -40,6 +41,15 @@ bool GeosRingsSimple(std::span<const std::span<const WKSPoint>> rings);
 void GeosEvenOddPolygon(std::span<const std::span<const WKSPoint>> rings, Polygon& out);
 //! Splits a polyline or polygon by a polyline into the pieces left and right of the cutter's
 //! direction. Fault when the cutter leaves one side empty.
+//! The faces of the line work: the lines are brought together by the tolerance (none at 0), noded
+//! where they cross, and every bounded region becomes one polygon (clockwise exterior, holes
+//! counter-clockwise). Each line is a list of vertices; lines of fewer than two take no part.
+std::vector<std::shared_ptr<Polygon>> GeosPolygonizeLines(const std::vector<std::vector<WKSPoint>>& lines,
+                                                          double tolerance, ClusterMethod method);
+//! The same for shapes: the paths of polylines and the rings of polygons, densified.
+std::vector<std::shared_ptr<Polygon>> GeosPolygonizeShapes(const std::vector<std::shared_ptr<IGeometry>>& shapes,
+                                                           double tolerance, ClusterMethod method);
+
 void GeosCut(const IGeometry& shape, const IPolyline& cutter, std::shared_ptr<IGeometry>& left,
              std::shared_ptr<IGeometry>& right);
 
