@@ -35,13 +35,6 @@ ToolRuns BuiltInRuns() {
 
 ToolRuns& Runs() {
     static ToolRuns runs = BuiltInRuns();
-    runs.GeometryDialog = [](const std::shared_ptr<IApplication>& application) {
-        ShowGeometryDialog(application, ManualPath());
-    };
-    runs.CalcGeometry = [](const std::shared_ptr<IVariantArray>& options,
-                           const std::shared_ptr<IApplication>& application) {
-        return CalcGeometry(options, application);
-    };
     return runs;
 }
 

@@ -65,7 +65,7 @@ INSTANTIATE_TEST_SUITE_P(
         UsageCase{"NeitherDocumentNorLayer", {"vertices", "--output", "o.shp"}, "--doc FILE"},
         UsageCase{"SaveOfMadeDocumentWithoutFile", {"vertices", "--layer", "a.shp", "--save"}, "--save FILE"},
         UsageCase{"UnknownProgressStyle", {"vertices", "--layer", "a.shp", "--progress", "fancy"}, "fancy"},
-        UsageCase{"DesktopOnlyDialog", {"calculate", "--layer", "a.shp"}, "tessarine-map"},
+        UsageCase{"DesktopOnlyDialog", {"wrap", "--layer", "a.shp"}, "tessarine-map"},
         UsageCase{"GeodWithThreeNumbers", {"geod", "inverse", "1", "2", "3"}, "lon1 lat1 lon2 lat2"},
         UsageCase{"GeodUnknownSpheroid", {"geod", "inverse", "--spheroid", "Vulcan", "0", "0", "1", "1"},
                   "Vulcan"},
