@@ -1,7 +1,7 @@
 // `tessarine calculate` on 1,000,000 polygons and 1,000,000 polylines with
 // geographic coordinates, in a GeoPackage: the spherical area of the polygons
 // and the spheroidal length of the lines written into the layers' own tables,
-// against QGIS (native:exportaddgeometrycolumns with the WGS 84 ellipsoid,
+// against QGIS (exportaddgeometrycolumns with the WGS 84 ellipsoid,
 // which writes a new dataset with area and perimeter or length) and against
 // PostGIS (UPDATE ... SET a = ST_Area(geom::geography) / ST_Length, after a
 // load that is timed on its own).
@@ -10,7 +10,9 @@
 //   tess_polygons, tess_lines     the two calculate runs, reading and writing included
 //   tess_io_polygons, tess_io_lines  the same runs with "Number of Vertices", which needs no
 //                                 geodesy: the rest of the time is the geodesy's share
-//   tess_peak_mb                  the largest resident size of a calculate run
+//   tess_peak_mb                  the largest resident size of a calculate run (MiB)
+//   *_cpu                         user and system time of the same command: on a shared machine
+//                                 the wall times carry the other users' load
 //   qgis_polygons, qgis_lines     0 when qgis_process is absent (a message says so)
 //   pg_load, pg_polygons, pg_lines  0 when PostgreSQL with PostGIS is absent
 // Ratios peer / tessarine (above 1: tessarine is faster) are counters too.
@@ -21,6 +23,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -122,6 +125,7 @@ void MakeData(const std::string& gpkg) {
 
 struct Outcome {
     double seconds = 0;
+    double cpuSeconds = 0;
     double peakMb = 0;
     int status = -1;
 };
@@ -136,12 +140,13 @@ Outcome Run(const std::string& command) {
         ::_exit(127);
     }
     int status = 0;
-    ::waitpid(pid, &status, 0);
+    rusage usage{};
+    ::wait4(pid, &status, 0, &usage); // the child and the descendants it waited for
     Outcome outcome;
     outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    rusage usage{};
-    ::getrusage(RUSAGE_CHILDREN, &usage);
-    outcome.peakMb = static_cast<double>(usage.ru_maxrss) / 1024.0; // largest child so far, KiB -> MiB
+    const auto seconds = [](const timeval& t) { return static_cast<double>(t.tv_sec) + t.tv_usec / 1e6; };
+    outcome.cpuSeconds = seconds(usage.ru_utime) + seconds(usage.ru_stime);
+    outcome.peakMb = static_cast<double>(usage.ru_maxrss) / 1024.0; // KiB -> MiB
     outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     if (outcome.status != 0)
         std::cerr << "command failed (" << outcome.status << "): " << command << '\n';
@@ -183,17 +188,25 @@ void BM_CalculateAgainstPeers(benchmark::State& state) {
         state.counters["tess_lines"] = lines.seconds;
         state.counters["tess_io_polygons"] = ioPolygons.seconds;
         state.counters["tess_io_lines"] = ioLines.seconds;
-        state.counters["tess_peak_mb"] = ioLines.peakMb;
+        state.counters["tess_polygons_cpu"] = polygons.cpuSeconds;
+        state.counters["tess_lines_cpu"] = lines.cpuSeconds;
+        state.counters["tess_io_polygons_cpu"] = ioPolygons.cpuSeconds;
+        state.counters["tess_io_lines_cpu"] = ioLines.cpuSeconds;
+        state.counters["tess_peak_mb"] =
+            std::max({polygons.peakMb, lines.peakMb, ioPolygons.peakMb, ioLines.peakMb});
 
         if (qgis) {
             const std::string run = std::string("QT_QPA_PLATFORM=offscreen ") + kQgis +
-                                    " run native:exportaddgeometrycolumns --ELLIPSOID=WGS84 -- INPUT=";
+                                    " run qgis:exportaddgeometrycolumns --ELLIPSOID=WGS84 -- INPUT=";
             const Outcome qp = Run(run + Quote(data + "|layername=polygons") + " CALC_METHOD=2 OUTPUT=" +
                                    Quote(folder / "q_polygons.gpkg") + " > /dev/null 2>&1");
             const Outcome ql = Run(run + Quote(data + "|layername=lines") + " CALC_METHOD=2 OUTPUT=" +
                                    Quote(folder / "q_lines.gpkg") + " > /dev/null 2>&1");
             state.counters["qgis_polygons"] = qp.seconds;
             state.counters["qgis_lines"] = ql.seconds;
+            state.counters["qgis_polygons_cpu"] = qp.cpuSeconds;
+            state.counters["qgis_lines_cpu"] = ql.cpuSeconds;
+            state.counters["qgis_peak_mb"] = std::max(qp.peakMb, ql.peakMb);
             state.counters["qgis_over_tess_polygons"] = qp.seconds / polygons.seconds;
             state.counters["qgis_over_tess_lines"] = ql.seconds / lines.seconds;
         }
@@ -211,6 +224,7 @@ void BM_CalculateAgainstPeers(benchmark::State& state) {
             state.counters["pg_load"] = load.seconds;
             state.counters["pg_polygons"] = pp.seconds;
             state.counters["pg_lines"] = pl.seconds;
+            state.counters["pg_load_cpu"] = load.cpuSeconds; // the client side only
             state.counters["pg_over_tess_polygons"] = pp.seconds / polygons.seconds;
             state.counters["pg_over_tess_lines"] = pl.seconds / lines.seconds;
         }
