@@ -10,6 +10,9 @@
 //   tess_polygons, tess_lines     the two calculate runs, reading and writing included
 //   tess_io_polygons, tess_io_lines  the same runs with "Number of Vertices", which needs no
 //                                 geodesy: the rest of the time is the geodesy's share
+//   tess_shp_polygons, tess_shp_lines  the same two runs on shapefiles made from the same data
+//                                 (ogr2ogr, not timed): a shapefile's rows are rewritten in place,
+//                                 a GeoPackage's go through SQLite's update with its spatial index
 //   tess_peak_mb                  the largest resident size of a calculate run (MiB)
 //   *_cpu                         user and system time of the same command: on a shared machine
 //                                 the wall times carry the other users' load
@@ -192,8 +195,15 @@ void BM_CalculateAgainstPeers(benchmark::State& state) {
         state.counters["tess_lines_cpu"] = lines.cpuSeconds;
         state.counters["tess_io_polygons_cpu"] = ioPolygons.cpuSeconds;
         state.counters["tess_io_lines_cpu"] = ioLines.cpuSeconds;
-        state.counters["tess_peak_mb"] =
-            std::max({polygons.peakMb, lines.peakMb, ioPolygons.peakMb, ioLines.peakMb});
+        Run("ogr2ogr -f 'ESRI Shapefile' " + Quote(folder / "shp") + " " + Quote(data) + " > /dev/null 2>&1");
+        const Outcome shpPolygons = Calculate(folder / "shp", "polygons.shp", "Sph. Area=SPH_AREA");
+        const Outcome shpLines = Calculate(folder / "shp", "lines.shp", "Spheroidal Length=SPH_LEN");
+        state.counters["tess_shp_polygons"] = shpPolygons.seconds;
+        state.counters["tess_shp_lines"] = shpLines.seconds;
+        state.counters["tess_shp_polygons_cpu"] = shpPolygons.cpuSeconds;
+        state.counters["tess_shp_lines_cpu"] = shpLines.cpuSeconds;
+        state.counters["tess_peak_mb"] = std::max(
+            {polygons.peakMb, lines.peakMb, ioPolygons.peakMb, ioLines.peakMb, shpPolygons.peakMb, shpLines.peakMb});
 
         if (qgis) {
             const std::string run = std::string("QT_QPA_PLATFORM=offscreen ") + kQgis +
