@@ -9,6 +9,7 @@
 #include "SpheroidChoice.h"
 #include "TextUtil.h"
 #include "calculator/MeasureCatalogue.h"
+#include "calculator/frmGeometry.h"
 #include "platform/carto/Layers.h"
 #include "platform/carto/Map.h"
 #include "platform/data/Table.h"
@@ -41,16 +42,14 @@ int FindItem(const Control& list, const std::string& wanted) {
 
 std::string CheckName(int id) { return "chk" + std::to_string(id); }
 
-//! The fields that an option shows for the current layer: its combo boxes that are in use.
+//! The combo boxes of an option that the current layer uses (one or two field names).
 std::vector<std::string> ComboBoxes(const Form& form, int id) {
+    const auto* dialog = dynamic_cast<const frmGeometry*>(&form);
     std::vector<std::string> boxes;
-    for (int position = 0; position < 2; ++position) {
-        if (ComboIndex(id, position) < 0)
-            continue;
-        const std::string name = ComboName(id, position);
-        // The box shows once its option is ticked; an unticked option's boxes say it by their items.
-        if (form.Ctl(name).ListCount() > 0 && !form.Ctl(name).Text.empty())
-            boxes.push_back(name);
+    for (int position = 0; position < 2 && dialog; ++position) {
+        const std::int32_t index = ComboIndex(id, position);
+        if (index >= 0 && dialog->ComboUseFlags()[static_cast<std::size_t>(index)])
+            boxes.push_back(ComboName(id, position));
     }
     return boxes;
 }
