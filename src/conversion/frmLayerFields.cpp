@@ -436,7 +436,7 @@ void frmLayerFields::txtOutput_Change() {
 }
 
 void frmLayerFields::ShowOutputPath() {
-    Ctl("txtOutput").Text = isFeatureDataset_ ? directory_ + "/" + datasetName_ + "/" + name_ : directory_ + "/" + name_;
+    Ctl("txtOutput").Text = OutputPathText(directory_, isFeatureDataset_, datasetName_, name_);
 }
 
 void frmLayerFields::cmdGetWorkspace_Click() {
@@ -455,19 +455,9 @@ void frmLayerFields::cmdGetWorkspace_Click() {
             if (!chosen)
                 return;
 
-            std::string directory = chosen->FullName;
-            std::string name = chosen->Name;
-            bool isFeatureDataset = false;
-            std::string datasetName;
+            const OutputPlace place = OutputPlaceOf(*chosen);
             const std::string& category = chosen->Category;
-            if (category.find("Feature Dataset") != std::string::npos) {
-                const std::string location = StripTrailingSeparator(chosen->FullName);
-                datasetName = ReturnFilename(location);
-                directory = StripTrailingSeparator(ReturnDir(location));
-                isFeatureDataset = true;
-            }
-            const std::int32_t kind = OutputKindOfCategory(category);
-            if (kind == output_kind::Unknown) {
+            if (place.kind == output_kind::Unknown) {
                 const MsgBoxResult answer = UI().MessageBox(
                     "Unexpected Feature Class Type (" + category + ")!" + kLineBreak +
                         "This function will only create shapefiles or feature classes in " + kLineBreak +
@@ -478,16 +468,17 @@ void frmLayerFields::cmdGetWorkspace_Click() {
                     continue;
                 return;
             }
-            if (kind != output_kind::Shapefile) {
+            std::string name = place.name;
+            if (place.kind != output_kind::Shapefile) {
                 if (EndsWithNoCase(name, ".shp"))
                     name.resize(name.size() - 4);
                 name = ReplaceBadChars(name, true, true, true, true);
             }
-            directory_ = StripTrailingSeparator(directory);
+            directory_ = place.directory;
             name_ = name;
-            kind_ = kind;
-            isFeatureDataset_ = isFeatureDataset;
-            datasetName_ = datasetName;
+            kind_ = place.kind;
+            isFeatureDataset_ = place.isFeatureDataset;
+            datasetName_ = place.datasetName;
             ShowOutputPath();
             UpdateOKState();
             return;

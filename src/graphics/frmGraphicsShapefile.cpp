@@ -435,19 +435,9 @@ void frmGraphicsShapefile::cmdGetWorkspace_Click() {
             if (!chosen)
                 return;
 
-            std::string directory = chosen->FullName;
-            std::string name = chosen->Name;
-            bool isFeatureDataset = false;
-            std::string datasetName;
+            const OutputPlace place = OutputPlaceOf(*chosen);
             const std::string& category = chosen->Category;
-            if (category.find("Feature Dataset") != std::string::npos) {
-                const std::string location = StripTrailingSeparator(chosen->FullName);
-                datasetName = ReturnFilename(location);
-                directory = StripTrailingSeparator(ReturnDir(location));
-                isFeatureDataset = true;
-            }
-            const std::int32_t kind = OutputKindOfCategory(category);
-            if (kind == output_kind::Unknown) {
+            if (place.kind == output_kind::Unknown) {
                 const MsgBoxResult answer = UI().MessageBox(
                     "Unexpected Feature Class Type (" + category + ")!" + kLineBreak +
                         "This function will only create shapefiles or feature classes in " +
@@ -458,15 +448,15 @@ void frmGraphicsShapefile::cmdGetWorkspace_Click() {
                     continue;
                 return;
             }
-            if (kind == output_kind::Shapefile && !EndsWithNoCase(name, ".shp"))
+            std::string name = place.name;
+            if (place.kind == output_kind::Shapefile && !EndsWithNoCase(name, ".shp"))
                 name += ".shp";
-            directory_ = StripTrailingSeparator(directory);
+            directory_ = place.directory;
             name_ = name;
-            kind_ = kind;
-            isFeatureDataset_ = isFeatureDataset;
-            datasetName_ = datasetName;
-            Ctl("txtOutput").Text = isFeatureDataset_ ? directory_ + "/" + datasetName_ + "/" + name_
-                                                      : directory_ + "/" + name_;
+            kind_ = place.kind;
+            isFeatureDataset_ = place.isFeatureDataset;
+            datasetName_ = place.datasetName;
+            Ctl("txtOutput").Text = OutputPathText(directory_, isFeatureDataset_, datasetName_, name_);
             return;
         }
     });

@@ -241,33 +241,23 @@ void frmPlanetaryDialog::cmdGetWorkspace_Click() {
         const std::optional<BrowseResult> chosen = UI().Browse(request);
         if (!chosen)
             return;
-        std::string directory = chosen->FullName;
-        std::string name = chosen->Name;
-        bool isFeatureDataset = false;
-        std::string datasetName;
-        if (chosen->Category.find("Feature Dataset") != std::string::npos) {
-            const std::string location = StripTrailingSeparator(chosen->FullName);
-            datasetName = ReturnFilename(location);
-            directory = StripTrailingSeparator(ReturnDir(location));
-            isFeatureDataset = true;
-        }
-        const std::int32_t kind = OutputKindOfCategory(chosen->Category);
-        if (kind == output_kind::Unknown)
+        const OutputPlace place = OutputPlaceOf(*chosen);
+        if (place.kind == output_kind::Unknown)
             return;
-        if (kind == output_kind::Shapefile) {
+        std::string name = place.name;
+        if (place.kind == output_kind::Shapefile) {
             name = SetExtension(name, "shp");
         } else {
             if (EndsWithNoCase(name, ".shp"))
                 name.resize(name.size() - 4);
             name = ReplaceBadChars(name, true, true, true, true);
         }
-        directory_ = StripTrailingSeparator(directory);
+        directory_ = place.directory;
         name_ = name;
-        kind_ = kind;
-        isFeatureDataset_ = isFeatureDataset;
-        datasetName_ = datasetName;
-        Ctl("txtOutput").Text =
-            isFeatureDataset_ ? directory_ + "/" + datasetName_ + "/" + name_ : directory_ + "/" + name_;
+        kind_ = place.kind;
+        isFeatureDataset_ = place.isFeatureDataset;
+        datasetName_ = place.datasetName;
+        Ctl("txtOutput").Text = OutputPathText(directory_, isFeatureDataset_, datasetName_, name_);
     });
 }
 

@@ -330,6 +330,26 @@ std::int32_t OutputKindOfCategory(const std::string& category) {
     return output_kind::Unknown;
 }
 
+OutputPlace OutputPlaceOf(const BrowseResult& chosen) {
+    OutputPlace place;
+    place.directory = chosen.FullName;
+    place.name = chosen.Name;
+    if (chosen.Category.find(kFeatureDatasetWord) != std::string::npos) {
+        const std::string location = StripTrailingSeparator(chosen.FullName);
+        place.datasetName = ReturnFilename(location);
+        place.directory = ReturnDir(location);
+        place.isFeatureDataset = true;
+    }
+    place.directory = StripTrailingSeparator(place.directory);
+    place.kind = OutputKindOfCategory(chosen.Category);
+    return place;
+}
+
+std::string OutputPathText(const std::string& directory, bool isFeatureDataset, const std::string& datasetName,
+                           const std::string& name) {
+    return isFeatureDataset ? directory + "/" + datasetName + "/" + name : directory + "/" + name;
+}
+
 std::shared_ptr<IFeatureClass> CreateGeneralFeatureClass(
     esriGeometryType& geometryType, const std::shared_ptr<ISpatialReference>& spatialReference,
     std::string& directory, std::string& name, std::int32_t outputKind, const std::shared_ptr<IVariantArray>& fields,
@@ -350,20 +370,13 @@ std::shared_ptr<IFeatureClass> CreateGeneralFeatureClass(
                 const std::optional<BrowseResult> chosen = UI().Browse(request);
                 if (!chosen)
                     return nullptr;
-                directory = chosen->FullName;
-                name = chosen->Name;
-                category = chosen->Category;
                 // The place chosen decides whether the class goes into a feature dataset.
-                isFeatureDataset = false;
-                if (category.find(kFeatureDatasetWord) != std::string::npos) {
-                    // A feature dataset is chosen as the location: the class goes into it.
-                    const std::string location = StripTrailingSeparator(chosen->FullName);
-                    featureDatasetName = ReturnFilename(location);
-                    directory = StripTrailingSeparator(ReturnDir(location));
-                    isFeatureDataset = true;
-                } else {
-                    featureDatasetName.clear();
-                }
+                const OutputPlace place = OutputPlaceOf(*chosen);
+                directory = place.directory;
+                name = place.name;
+                category = chosen->Category;
+                isFeatureDataset = place.isFeatureDataset;
+                featureDatasetName = place.datasetName;
             } else {
                 switch (outputKind) {
                 case output_kind::Shapefile:

@@ -48,6 +48,22 @@ std::string DirectoryTypeOfOutputKind(std::int32_t kind);
 //! geodatabase categories 2, the personal geodatabase ones 4, the GeoPackage ones 8); 0 otherwise.
 std::int32_t OutputKindOfCategory(const std::string& category);
 
+//! Where a new feature class goes, as the catalog's save dialog chose it.
+struct OutputPlace {
+    std::string directory;         //!< the folder or geodatabase, without a trailing separator
+    std::string name;              //!< as the user typed it
+    bool isFeatureDataset = false; //!< the place chosen is a feature dataset of directory
+    std::string datasetName;
+    std::int32_t kind = 0;         //!< as OutputKindOfCategory; 0 for a place of no kind written here
+};
+//! The place of a choice of the save dialog: a feature dataset chosen as the location gives its
+//! geodatabase as the directory.
+struct BrowseResult;
+OutputPlace OutputPlaceOf(const BrowseResult& chosen);
+//! The text of an output box for a place: directory/name, or directory/dataset/name.
+std::string OutputPathText(const std::string& directory, bool isFeatureDataset, const std::string& datasetName,
+                           const std::string& name);
+
 //! Creates an empty feature class for a tool's output and answers it; nothing when the user gave
 //! up or the request could not be met (the user has then been told why).
 //!
