@@ -89,32 +89,32 @@ void clsExtension::Startup(const std::shared_ptr<IApplication>& application) {
 
 void clsExtension::Shutdown() {
     TrappedVoid("IExtension_Shutdown ", [&] {
-        m_SelectedLayer = nullptr;
-        m_SelectedFeatureClass = nullptr;
-        m_SelectedFields = nullptr;
-        m_GeometryOptions = nullptr;
-        m_SelectedPointLayer = nullptr;
+        SelectedLayer(nullptr);
+        SelectedFeatureClass(nullptr);
+        SelectedFields(nullptr);
+        GeometryOptions(nullptr);
+        SelectedPointLayer(nullptr);
         m_OtherExtension = nullptr;
-        m_frmGeoCentricReturn = nullptr;
-        m_frmBoundaryWrapReturn = nullptr;
-        m_frmLayerFieldsReturn = nullptr;
+        frmGeoCentricReturn(nullptr);
+        frmBoundaryWrapReturn(nullptr);
+        frmLayerFieldsReturn(nullptr);
     });
 }
 
 void clsExtension::Save(IVariantStream& stream) {
     TrappedVoid("IPersistVariant_Save ", [&] {
         stream.Write(Variant(StreamVersion));
-        stream.Write(Variant(m_DirectoryPath));
-        stream.Write(Variant(m_NewShapefileLocation));
-        stream.Write(Variant(m_ProgressDialogSetExpanded));
-        stream.Write(Variant(m_ProgressDialogAutoClose));
-        stream.Write(Variant(m_LongitudeShift));
-        stream.Write(Variant(m_LongitudeWrapOption));
-        stream.Write(Variant(m_CustomBoundaryWest));
-        stream.Write(Variant(m_CustomBoundaryNorth));
-        stream.Write(Variant(m_CustomBoundaryEast));
-        stream.Write(Variant(m_CustomBoundarySouth));
-        stream.Write(Variant(m_DirectoryType));
+        stream.Write(Variant(DirectoryPath()));
+        stream.Write(Variant(NewShapefileLocation()));
+        stream.Write(Variant(ProgressDialogSetExpanded()));
+        stream.Write(Variant(ProgressDialogAutoClose()));
+        stream.Write(Variant(LongitudeShift()));
+        stream.Write(Variant(LongitudeWrapOption()));
+        stream.Write(Variant(CustomBoundaryWest()));
+        stream.Write(Variant(CustomBoundaryNorth()));
+        stream.Write(Variant(CustomBoundaryEast()));
+        stream.Write(Variant(CustomBoundarySouth()));
+        stream.Write(Variant(DirectoryType()));
     });
 }
 
@@ -123,17 +123,17 @@ void clsExtension::Save(IVariantStream& stream) {
 void clsExtension::Load(IVariantStream& stream) {
     TrappedVoid("IPersistVariant_Load ", [&] {
         m_StreamVersion = stream.Read().ToDouble();
-        m_DirectoryPath = stream.Read().ToString();
-        m_NewShapefileLocation = stream.Read().ToString();
-        m_ProgressDialogSetExpanded = stream.Read().ToBool();
-        m_ProgressDialogAutoClose = stream.Read().ToBool();
-        m_LongitudeShift = stream.Read().ToDouble();
-        m_LongitudeWrapOption = stream.Read().ToLong();
-        m_CustomBoundaryWest = stream.Read().ToDouble();
-        m_CustomBoundaryNorth = stream.Read().ToDouble();
-        m_CustomBoundaryEast = stream.Read().ToDouble();
-        m_CustomBoundarySouth = stream.Read().ToDouble();
-        m_DirectoryType = stream.Read().ToString();
+        DirectoryPath(stream.Read().ToString());
+        NewShapefileLocation(stream.Read().ToString());
+        ProgressDialogSetExpanded(stream.Read().ToBool());
+        ProgressDialogAutoClose(stream.Read().ToBool());
+        LongitudeShift(stream.Read().ToDouble());
+        LongitudeWrapOption(stream.Read().ToLong());
+        CustomBoundaryWest(stream.Read().ToDouble());
+        CustomBoundaryNorth(stream.Read().ToDouble());
+        CustomBoundaryEast(stream.Read().ToDouble());
+        CustomBoundarySouth(stream.Read().ToDouble());
+        DirectoryType(stream.Read().ToString());
     });
 }
 

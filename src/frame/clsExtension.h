@@ -18,13 +18,17 @@ class IFeatureLayer;
 // One member per property; accessors are plain reads and writes, nothing is
 // validated on the way in. Object properties hold shared references and are
 // released by assigning nullptr.
-#define TESS_EXT_PROPERTY(Type, Name)                                                                     \
-public:                                                                                                   \
-    const Type& Name() const { return m_##Name; }                                                         \
-    void Name(Type value) { m_##Name = std::move(value); }                                                \
-                                                                                                          \
-private:                                                                                                  \
-    Type m_##Name{};
+//! One setting of the shared tool state: read as Name(), written as Name(value). A member of its
+//! own kind, so that declaring one leaves the access of the members after it as it was.
+template <class T>
+class ExtensionProperty {
+public:
+    const T& operator()() const { return value_; }
+    void operator()(T value) { value_ = std::move(value); }
+
+private:
+    T value_{};
+};
 
 class clsExtension final : public IExtension, public IPersistVariant {
 public:
@@ -50,50 +54,48 @@ public:
     //! The stream version read by the last Load; nothing looks at it.
     double LoadedStreamVersion() const { return m_StreamVersion; }
 
-    TESS_EXT_PROPERTY(std::shared_ptr<IVariantArray>, frmLayerFieldsReturn)
-    TESS_EXT_PROPERTY(std::shared_ptr<IVariantArray>, frmBoundaryWrapReturn)
-    TESS_EXT_PROPERTY(double, CustomBoundaryWest)
-    TESS_EXT_PROPERTY(double, CustomBoundaryNorth)
-    TESS_EXT_PROPERTY(double, CustomBoundaryEast)
-    TESS_EXT_PROPERTY(double, CustomBoundarySouth)
-    TESS_EXT_PROPERTY(double, LongitudeShift)
-    TESS_EXT_PROPERTY(std::int32_t, LongitudeWrapOption)
-    TESS_EXT_PROPERTY(std::string, CurrentSpheroidName)
-    TESS_EXT_PROPERTY(double, CurrentSpheroidMajorAxis)
-    TESS_EXT_PROPERTY(double, CurrentSpheroidMinorAxis)
-    TESS_EXT_PROPERTY(bool, CurrentSpheroidCanceled)
-    TESS_EXT_PROPERTY(bool, CurrentSpheroidGeocentric)
-    TESS_EXT_PROPERTY(std::string, FeatDatasetName)
-    TESS_EXT_PROPERTY(bool, IsFeatureDataset)
-    TESS_EXT_PROPERTY(std::string, DirectoryType)
-    TESS_EXT_PROPERTY(std::shared_ptr<IVariantArray>, frmGeoCentricReturn)
-    TESS_EXT_PROPERTY(double, BuildClusterTolerance)
-    TESS_EXT_PROPERTY(bool, BuildShouldTransferLabels)
-    TESS_EXT_PROPERTY(bool, BuildUseAllLabelPoints)
-    TESS_EXT_PROPERTY(bool, BuildUseFirstLabelPoint)
-    TESS_EXT_PROPERTY(std::int32_t, AnalysisRecordCount)
-    TESS_EXT_PROPERTY(bool, ProgressDialogAutoClose)
-    TESS_EXT_PROPERTY(bool, ProgressDialogSetExpanded)
-    TESS_EXT_PROPERTY(std::shared_ptr<IVariantArray>, GeometryOptions)
-    TESS_EXT_PROPERTY(std::string, NewShapefileLocation)
-    TESS_EXT_PROPERTY(bool, DoAllRecords)
-    TESS_EXT_PROPERTY(std::shared_ptr<IVariantArray>, SelectedFields)
-    TESS_EXT_PROPERTY(std::shared_ptr<IFeatureClass>, SelectedFeatureClass)
-    TESS_EXT_PROPERTY(std::string, ReportOfAnalysis)
-    TESS_EXT_PROPERTY(std::shared_ptr<IFeatureLayer>, SelectedPointLayer)
-    TESS_EXT_PROPERTY(std::shared_ptr<IFeatureLayer>, SelectedLayer)
-    TESS_EXT_PROPERTY(std::string, DirectoryPath)
-    TESS_EXT_PROPERTY(std::string, FieldName)
-    TESS_EXT_PROPERTY(std::string, AttributeFieldName)
-    TESS_EXT_PROPERTY(bool, ShouldContinue)
+    ExtensionProperty<std::shared_ptr<IVariantArray>> frmLayerFieldsReturn;
+    ExtensionProperty<std::shared_ptr<IVariantArray>> frmBoundaryWrapReturn;
+    ExtensionProperty<double> CustomBoundaryWest;
+    ExtensionProperty<double> CustomBoundaryNorth;
+    ExtensionProperty<double> CustomBoundaryEast;
+    ExtensionProperty<double> CustomBoundarySouth;
+    ExtensionProperty<double> LongitudeShift;
+    ExtensionProperty<std::int32_t> LongitudeWrapOption;
+    ExtensionProperty<std::string> CurrentSpheroidName;
+    ExtensionProperty<double> CurrentSpheroidMajorAxis;
+    ExtensionProperty<double> CurrentSpheroidMinorAxis;
+    ExtensionProperty<bool> CurrentSpheroidCanceled;
+    ExtensionProperty<bool> CurrentSpheroidGeocentric;
+    ExtensionProperty<std::string> FeatDatasetName;
+    ExtensionProperty<bool> IsFeatureDataset;
+    ExtensionProperty<std::string> DirectoryType;
+    ExtensionProperty<std::shared_ptr<IVariantArray>> frmGeoCentricReturn;
+    ExtensionProperty<double> BuildClusterTolerance;
+    ExtensionProperty<bool> BuildShouldTransferLabels;
+    ExtensionProperty<bool> BuildUseAllLabelPoints;
+    ExtensionProperty<bool> BuildUseFirstLabelPoint;
+    ExtensionProperty<std::int32_t> AnalysisRecordCount;
+    ExtensionProperty<bool> ProgressDialogAutoClose;
+    ExtensionProperty<bool> ProgressDialogSetExpanded;
+    ExtensionProperty<std::shared_ptr<IVariantArray>> GeometryOptions;
+    ExtensionProperty<std::string> NewShapefileLocation;
+    ExtensionProperty<bool> DoAllRecords;
+    ExtensionProperty<std::shared_ptr<IVariantArray>> SelectedFields;
+    ExtensionProperty<std::shared_ptr<IFeatureClass>> SelectedFeatureClass;
+    ExtensionProperty<std::string> ReportOfAnalysis;
+    ExtensionProperty<std::shared_ptr<IFeatureLayer>> SelectedPointLayer;
+    ExtensionProperty<std::shared_ptr<IFeatureLayer>> SelectedLayer;
+    ExtensionProperty<std::string> DirectoryPath;
+    ExtensionProperty<std::string> FieldName;
+    ExtensionProperty<std::string> AttributeFieldName;
+    ExtensionProperty<bool> ShouldContinue;
 
 private:
     bool m_IsVersion92 = false;
     double m_StreamVersion = 0.0;
     std::shared_ptr<IExtension> m_OtherExtension; // kept from Startup to Shutdown, never read
 };
-
-#undef TESS_EXT_PROPERTY
 
 //! The host version text from the registry, or "Unable to determine ArcGIS Version!".
 std::string ReturnArcGISVersion();
