@@ -22,11 +22,11 @@ void FeatureConstruction::ConstructPolygonsFromGeometries(const std::shared_ptr<
                                                           const std::shared_ptr<ISelectionSet>& selection,
                                                           double clusterTolerance) {
     if (target.ShapeType() != esriGeometryPolygon)
-        throw Fault(fault::TypeMismatch, kSource, "Polygons can only be constructed into a polygon feature class");
+        throw DataFault(fault::TypeMismatch, kSource, "Polygons can only be constructed into a polygon feature class");
     if (changedShapesOnly || selection)
-        throw Fault(fault::InvalidCall, kSource, "Only all shapes can be constructed into new polygons");
+        throw DataFault(fault::InvalidCall, kSource, "Only all shapes can be constructed into new polygons");
     if (!(clusterTolerance >= 0.0) || !std::isfinite(clusterTolerance))
-        throw Fault(fault::InvalidCall, kSource, "The cluster tolerance must be a number of 0 or more");
+        throw DataFault(fault::InvalidCall, kSource, "The cluster tolerance must be a number of 0 or more");
 
     std::vector<std::shared_ptr<IGeometry>> shapes;
     geometries.Reset();

@@ -20,20 +20,20 @@ bool SameReference(const std::shared_ptr<ISpatialReference>& a, const std::share
 
 void GeometryDef::GridCount(std::int32_t count) {
     if (count < 0)
-        throw Fault(fault::InvalidCall, kGeometryDefSource, "A grid count cannot be negative");
+        throw DataFault(fault::InvalidCall, kGeometryDefSource, "A grid count cannot be negative");
     grid_.resize(static_cast<std::size_t>(count), 0.0);
 }
 
 double GeometryDef::GridSize(std::int32_t index) const {
     if (index < 0 || index >= GridCount())
-        throw Fault(fault::OutOfRange, kGeometryDefSource,
+        throw DataFault(fault::OutOfRange, kGeometryDefSource,
                     "Grid level " + std::to_string(index) + " of " + std::to_string(GridCount()));
     return grid_[static_cast<std::size_t>(index)];
 }
 
 void GeometryDef::GridSize(std::int32_t index, double size) {
     if (index < 0 || index >= GridCount())
-        throw Fault(fault::OutOfRange, kGeometryDefSource,
+        throw DataFault(fault::OutOfRange, kGeometryDefSource,
                     "Grid level " + std::to_string(index) + " of " + std::to_string(GridCount()));
     grid_[static_cast<std::size_t>(index)] = size;
 }

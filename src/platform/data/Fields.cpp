@@ -13,7 +13,7 @@ namespace {
 constexpr const char* kSource = "tess.Fields";
 
 [[noreturn]] void OutOfRange(std::int32_t index, std::size_t count) {
-    throw Fault(fault::OutOfRange, kSource,
+    throw DataFault(fault::OutOfRange, kSource,
                 "Field " + std::to_string(index) + " of a list of " + std::to_string(count));
 }
 
@@ -41,13 +41,13 @@ std::int32_t Fields::FindFieldByAliasName(const std::string& alias) const {
 
 void Fields::AddField(std::shared_ptr<IField> field) {
     if (!field)
-        throw Fault(fault::ObjectNotSet, kSource, "A field to add is not set");
+        throw DataFault(fault::ObjectNotSet, kSource, "A field to add is not set");
     fields_.push_back(std::move(field));
 }
 
 void Fields::FieldCount(std::int32_t count) {
     if (count < 0)
-        throw Fault(fault::InvalidCall, kSource, "A field count cannot be negative");
+        throw DataFault(fault::InvalidCall, kSource, "A field count cannot be negative");
     fields_.resize(static_cast<std::size_t>(count));
 }
 
@@ -60,7 +60,7 @@ void Fields::Field(std::int32_t index, std::shared_ptr<IField> field) {
 void Fields::DeleteField(const std::shared_ptr<IField>& field) {
     const auto it = std::find(fields_.begin(), fields_.end(), field);
     if (it == fields_.end())
-        throw Fault(fault::NotFound, kSource,
+        throw DataFault(fault::NotFound, kSource,
                     "The field '" + (field ? field->Name() : std::string()) + "' is not in the list");
     fields_.erase(it);
 }

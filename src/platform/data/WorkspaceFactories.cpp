@@ -44,8 +44,8 @@ bool AnyChild(const std::string& parent, const std::string& suffix, bool directo
 [[noreturn]] void Missing(const std::string& path, const std::string& what) {
     std::error_code ec;
     if (!fs::exists(path, ec))
-        throw Fault(fault::NotFound, kSource, "'" + path + "' does not exist");
-    throw Fault(fault::NotFound, kSource, "'" + path + "' is not " + what);
+        throw DataFault(fault::NotFound, kSource, "'" + path + "' does not exist");
+    throw DataFault(fault::NotFound, kSource, "'" + path + "' is not " + what);
 }
 
 std::string NewPath(const std::string& parentDirectory, const std::string& name, const std::string& suffix) {
@@ -53,12 +53,12 @@ std::string NewPath(const std::string& parentDirectory, const std::string& name,
     if (!IsDir(parent))
         Missing(parent, "a folder");
     if (name.empty() || name.find_first_of("/\\") != std::string::npos)
-        throw Fault(fault::InvalidCall, kSource, "'" + name + "' cannot name a new workspace in '" + parent + "'");
+        throw DataFault(fault::InvalidCall, kSource, "'" + name + "' cannot name a new workspace in '" + parent + "'");
     const std::string file = EndsWithNoCase(name, suffix) || suffix.empty() ? name : name + suffix;
     const std::string path = parent + "/" + file;
     std::error_code ec;
     if (fs::exists(path, ec))
-        throw Fault(fault::InvalidCall, kSource, "'" + path + "' already exists");
+        throw DataFault(fault::InvalidCall, kSource, "'" + path + "' already exists");
     return path;
 }
 
@@ -78,7 +78,7 @@ void CreateAtomically(const std::string& path, OgrDriver driver) {
     fs::rename(temp, path, ec);
     if (ec) {
         fs::remove_all(temp, ec);
-        throw Fault(fault::DataFailed, kSource, "Cannot create '" + path + "' (" + ec.message() + ")");
+        throw DataFault(fault::DataFailed, kSource, "Cannot create '" + path + "' (" + ec.message() + ")");
     }
 }
 
@@ -188,7 +188,7 @@ std::shared_ptr<IWorkspace> WorkspaceFactory::Create(const std::string& parentDi
         std::error_code ec;
         fs::create_directory(path, ec);
         if (ec)
-            throw Fault(fault::DataFailed, kSource, "Cannot create '" + path + "' (" + ec.message() + ")");
+            throw DataFault(fault::DataFailed, kSource, "Cannot create '" + path + "' (" + ec.message() + ")");
         return OpenFromFile(path, 0);
     }
     case WorkspaceKind::FileGeodatabase:
@@ -198,13 +198,13 @@ std::shared_ptr<IWorkspace> WorkspaceFactory::Create(const std::string& parentDi
         return OpenFromFile(path, 0);
     }
     case WorkspaceKind::PersonalGeodatabase:
-        throw Fault(fault::InvalidCall, kSource,
+        throw DataFault(fault::InvalidCall, kSource,
                     "Personal geodatabases are read-only on this platform: '" + name + "' cannot be created in '" +
                         NormalizePath(parentDirectory) + "'");
     case WorkspaceKind::VectorFile:
         break;
     }
-    throw Fault(fault::InvalidCall, kSource,
+    throw DataFault(fault::InvalidCall, kSource,
                 "'" + name + "' cannot be created in '" + NormalizePath(parentDirectory) +
                     "': files of this kind are read as input only; write shapefiles, file geodatabases or "
                     "GeoPackages");
@@ -295,19 +295,19 @@ std::shared_ptr<IFeatureClass> OpenFeatureClassAtPath(const std::string& path) {
     if (alone) {
         workspacePath = container;
     } else if (!SplitDatasetPath(path, workspacePath, name)) {
-        throw Fault(fault::NotFound, kSource,
+        throw DataFault(fault::NotFound, kSource,
                     "'" + path + "' names no dataset (write a.shp, file.gdb/Class, file.gpkg/Layer or a file of "
                     "vector data)");
     }
     const std::string where = workspacePath.empty() ? std::string(".") : workspacePath;
     if (!fs::exists(NormalizePath(where)))
-        throw Fault(fault::NotFound, kSource, "'" + where + "' does not exist");
+        throw DataFault(fault::NotFound, kSource, "'" + where + "' does not exist");
     auto factory = WorkspaceFactoryForPath(where);
     if (!factory)
-        throw Fault(fault::NotFound, kSource, "'" + where + "' holds no data that this system reads");
+        throw DataFault(fault::NotFound, kSource, "'" + where + "' holds no data that this system reads");
     auto workspace = std::dynamic_pointer_cast<IFeatureWorkspace>(factory->OpenFromFile(where, 0));
     if (!workspace)
-        throw Fault(fault::NotFound, kSource, "'" + where + "' holds no feature classes");
+        throw DataFault(fault::NotFound, kSource, "'" + where + "' holds no feature classes");
     if (name.empty()) {
         const std::vector<std::string> classes =
             std::dynamic_pointer_cast<IWorkspace>(workspace)->DatasetNames(esriDTFeatureClass);
@@ -315,7 +315,7 @@ std::shared_ptr<IFeatureClass> OpenFeatureClassAtPath(const std::string& path) {
             std::string list;
             for (const std::string& c : classes)
                 list += (list.empty() ? "" : ", ") + c;
-            throw Fault(fault::NotFound, kSource,
+            throw DataFault(fault::NotFound, kSource,
                         classes.empty() ? "'" + where + "' holds no feature classes"
                                         : "'" + where + "' holds several feature classes; name one as " + where +
                                               "/NAME: " + list);

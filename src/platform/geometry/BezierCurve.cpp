@@ -8,7 +8,7 @@ std::shared_ptr<IClone> BezierCurve::Clone() const { return std::make_shared<Bez
 
 void BezierCurve::Assign(const detail::SegmentView& view) {
     if (!view.curve || view.curve->kind != detail::SegKind::Bezier)
-        throw Fault(fault::TypeMismatch, "BezierCurve", "The segment is not a Bezier curve");
+        throw GeometryFault(fault::TypeMismatch, "BezierCurve", "The segment is not a Bezier curve");
     from_ = view.from;
     to_ = view.to;
     curve_ = *view.curve;
@@ -40,7 +40,7 @@ void BezierCurve::QueryCoord(std::int32_t index, IPoint& point) const {
         point.PutCoords(to_.X, to_.Y);
         break;
     default:
-        throw Fault(fault::OutOfRange, "QueryCoord", "Control point index out of range");
+        throw GeometryFault(fault::OutOfRange, "QueryCoord", "Control point index out of range");
     }
     point.SpatialReference(sr_);
 }
@@ -66,7 +66,7 @@ void BezierCurve::PutCoord(std::int32_t index, const IPoint& point) {
         to_ = p;
         break;
     default:
-        throw Fault(fault::OutOfRange, "PutCoord", "Control point index out of range");
+        throw GeometryFault(fault::OutOfRange, "PutCoord", "Control point index out of range");
     }
 }
 

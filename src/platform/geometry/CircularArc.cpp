@@ -17,7 +17,7 @@ std::shared_ptr<IClone> CircularArc::Clone() const { return std::make_shared<Cir
 
 void CircularArc::Assign(const detail::SegmentView& view) {
     if (!view.curve || view.curve->kind != detail::SegKind::Circular)
-        throw Fault(fault::TypeMismatch, "CircularArc", "The segment is not a circular arc");
+        throw GeometryFault(fault::TypeMismatch, "CircularArc", "The segment is not a circular arc");
     from_ = view.from;
     to_ = view.to;
     curve_ = *view.curve;
@@ -69,7 +69,7 @@ void CircularArc::ConstructThreePoints(const IPoint& from, const IPoint& middle,
     }
     const double d = 2.0 * (ax * (by - cy) + bx * (cy - ay) + cx * (ay - by));
     if (d == 0.0)
-        throw Fault(fault::GeometryFailed, "ConstructThreePoints", "The three points lie on a line");
+        throw GeometryFault(fault::GeometryFailed, "ConstructThreePoints", "The three points lie on a line");
     const double a2 = ax * ax + ay * ay, b2 = bx * bx + by * by, c2 = cx * cx + cy * cy;
     const Point centre((a2 * (by - cy) + b2 * (cy - ay) + c2 * (ay - by)) / d,
                        (a2 * (cx - bx) + b2 * (ax - cx) + c2 * (bx - ax)) / d);

@@ -17,7 +17,7 @@ std::shared_ptr<IClone> EllipticArc::Clone() const { return std::make_shared<Ell
 
 void EllipticArc::Assign(const detail::SegmentView& view) {
     if (!view.curve || view.curve->kind != detail::SegKind::Elliptic)
-        throw Fault(fault::TypeMismatch, "EllipticArc", "The segment is not an elliptic arc");
+        throw GeometryFault(fault::TypeMismatch, "EllipticArc", "The segment is not an elliptic arc");
     from_ = view.from;
     to_ = view.to;
     curve_ = *view.curve;
@@ -27,7 +27,7 @@ void EllipticArc::Assign(const detail::SegmentView& view) {
 void EllipticArc::PutCoordsByAngle(const IPoint& center, double rotation, double semiMajor, double minorMajorRatio,
                                    double fromAngle, double centralAngle) {
     if (!(semiMajor > 0.0) || !(minorMajorRatio > 0.0) || minorMajorRatio > 1.0)
-        throw Fault(fault::InvalidCall, "PutCoordsByAngle", "Invalid axes of an ellipse");
+        throw GeometryFault(fault::InvalidCall, "PutCoordsByAngle", "Invalid axes of an ellipse");
     curve_ = detail::MakeConic({center.X(), center.Y()}, rotation, semiMajor, minorMajorRatio, fromAngle,
                                centralAngle, false);
     from_ = detail::ConicPoint(curve_, curve_.fromParam);
@@ -36,11 +36,11 @@ void EllipticArc::PutCoordsByAngle(const IPoint& center, double rotation, double
 }
 
 void EllipticArc::ConstructEnvelope(const IEnvelope& envelope) {
-    if (envelope.IsEmpty()) throw Fault(fault::InvalidCall, "ConstructEnvelope", "The envelope is empty");
+    if (envelope.IsEmpty()) throw GeometryFault(fault::InvalidCall, "ConstructEnvelope", "The envelope is empty");
     const Point centre(0.5 * (envelope.XMin() + envelope.XMax()), 0.5 * (envelope.YMin() + envelope.YMax()));
     const double w = envelope.Width();
     const double h = envelope.Height();
-    if (!(w > 0.0) || !(h > 0.0)) throw Fault(fault::InvalidCall, "ConstructEnvelope", "The envelope is flat");
+    if (!(w > 0.0) || !(h > 0.0)) throw GeometryFault(fault::InvalidCall, "ConstructEnvelope", "The envelope is flat");
     if (w >= h)
         PutCoordsByAngle(centre, 0.0, 0.5 * w, h / w, 0.0, -kTwoPi);
     else

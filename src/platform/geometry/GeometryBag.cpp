@@ -53,7 +53,7 @@ std::shared_ptr<IGeometry> GeometryBag::Geometry(std::int32_t index) const {
 }
 
 void GeometryBag::AddGeometry(std::shared_ptr<IGeometry> geometry) {
-    if (!geometry) throw Fault(fault::ObjectNotSet, "AddGeometry", "Object variable not set");
+    if (!geometry) throw GeometryFault(fault::ObjectNotSet, "AddGeometry", "Object variable not set");
     if (!sr_ && members_.empty()) sr_ = geometry->SpatialReference();
     members_.push_back(std::move(geometry));
 }
@@ -91,7 +91,7 @@ std::shared_ptr<IClone> GeometryBag::Clone() const {
     bag->sr_ = sr_;
     for (const auto& m : members_) {
         const auto* c = dynamic_cast<const IClone*>(m.get());
-        if (!c) throw Fault(fault::TypeMismatch, "Clone", "A member cannot be cloned");
+        if (!c) throw GeometryFault(fault::TypeMismatch, "Clone", "A member cannot be cloned");
         bag->members_.push_back(std::dynamic_pointer_cast<IGeometry>(c->Clone()));
     }
     return bag;

@@ -23,7 +23,7 @@ double Line::Angle() const { return std::atan2(to_.Y - from_.Y, to_.X - from_.X)
 std::shared_ptr<IClone> Line::Clone() const { return std::make_shared<Line>(*this); }
 
 void Line::Assign(const detail::SegmentView& view) {
-    if (view.curve) throw Fault(fault::TypeMismatch, "Line", "The segment is not a line");
+    if (view.curve) throw GeometryFault(fault::TypeMismatch, "Line", "The segment is not a line");
     from_ = view.from;
     to_ = view.to;
     curve_ = {};

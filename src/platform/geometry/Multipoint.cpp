@@ -149,14 +149,14 @@ std::shared_ptr<IGeometry> Multipoint::Geometry(std::int32_t index) const {
 }
 
 void Multipoint::AddGeometry(std::shared_ptr<IGeometry> geometry) {
-    if (!geometry) throw Fault(fault::ObjectNotSet, "AddGeometry", "Object variable not set");
+    if (!geometry) throw GeometryFault(fault::ObjectNotSet, "AddGeometry", "Object variable not set");
     if (auto p = std::dynamic_pointer_cast<tess::Point>(geometry)) {
         if (!p->SpatialReference()) p->SpatialReference(sr_);
         points_.push_back(std::move(p));
     } else if (auto m = std::dynamic_pointer_cast<Multipoint>(geometry)) {
         for (const auto& q : m->points_) AddPoint(*q);
     } else {
-        throw Fault(fault::TypeMismatch, "AddGeometry", "Only points can be parts of a multipoint");
+        throw GeometryFault(fault::TypeMismatch, "AddGeometry", "Only points can be parts of a multipoint");
     }
     knownSimple_ = false;
 }
@@ -253,7 +253,7 @@ void Multipoint::AssignResult(const IGeometry& result) {
     } else if (const auto* p = dynamic_cast<const tess::Point*>(&result)) {
         if (!p->IsEmpty()) pts.push_back(std::make_shared<tess::Point>(*p));
     } else if (!result.IsEmpty()) {
-        throw Fault(fault::GeometryFailed, "Multipoint", "The result is not a multipoint");
+        throw GeometryFault(fault::GeometryFailed, "Multipoint", "The result is not a multipoint");
     }
     points_ = std::move(pts);
     if (!sr_ && result.SpatialReference()) sr_ = result.SpatialReference();

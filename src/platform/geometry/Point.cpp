@@ -137,7 +137,7 @@ void Point::AssignResult(const IGeometry& result) {
     } else if (result.IsEmpty()) {
         SetEmpty();
     } else {
-        throw Fault(fault::GeometryFailed, "Point", "The result is not a point");
+        throw GeometryFault(fault::GeometryFailed, "Point", "The result is not a point");
     }
     if (!sr_) sr_ = result.SpatialReference();
 }

@@ -85,7 +85,7 @@ std::int32_t Polygon::IndexOfRing(const IRing& ring) const {
         for (std::size_t i = 0; i < parts_.size(); ++i)
             if (parts_[i]->IsEqual(*r)) return static_cast<std::int32_t>(i);
     }
-    throw Fault(fault::InvalidCall, "InteriorRingCount", "The ring is not a ring of this polygon");
+    throw GeometryFault(fault::InvalidCall, "InteriorRingCount", "The ring is not a ring of this polygon");
 }
 
 std::int32_t Polygon::InteriorRingCount(const IRing& exteriorRing) const {
@@ -351,7 +351,7 @@ void Polygon::AssignResult(const IGeometry& result) {
             SetEmpty();
             return;
         }
-        throw Fault(fault::GeometryFailed, "Polygon", "The result is not a polygon");
+        throw GeometryFault(fault::GeometryFailed, "Polygon", "The result is not a polygon");
     }
     const bool simple = other->IsKnownSimple();
     parts_.clear();

@@ -50,7 +50,7 @@ void Polyline::AssignResult(const IGeometry& result) {
             SetEmpty();
             return;
         }
-        throw Fault(fault::GeometryFailed, "Polyline", "The result is not a polyline");
+        throw GeometryFault(fault::GeometryFailed, "Polyline", "The result is not a polyline");
     }
     const bool simple = other->IsKnownSimple();
     parts_.clear();

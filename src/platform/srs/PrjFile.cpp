@@ -27,7 +27,7 @@ std::string NormalPath(std::string path) {
 }
 
 [[noreturn]] void WriteFailed(const std::string& path, const std::string& why) {
-    throw Fault(fault::DataFailed, kSource, "Cannot write the projection file " + path + ": " + why);
+    throw ReferenceFault(fault::DataFailed, kSource, "Cannot write the projection file " + path + ": " + why);
 }
 
 } // namespace
@@ -41,7 +41,7 @@ std::shared_ptr<ISpatialReference> ReadPrjFile(const std::string& path) {
     std::ostringstream text;
     text << in.rdbuf();
     if (!in && !in.eof())
-        throw Fault(fault::DataFailed, kSource, "Cannot read the projection file " + file);
+        throw ReferenceFault(fault::DataFailed, kSource, "Cannot read the projection file " + file);
 
     // Old-style .prj files hold keyword lines; the engine reads both kinds from lines.
     CPLStringList lines(CSLTokenizeStringComplex(text.str().c_str(), "\r\n", FALSE, FALSE));
@@ -49,7 +49,7 @@ std::shared_ptr<ISpatialReference> ReadPrjFile(const std::string& path) {
     srs::QuietErrors quiet;
     srs::OgrPtr sr(new OGRSpatialReference());
     if (lines.empty() || sr->importFromESRI(lines.List()) != OGRERR_NONE || sr->IsEmpty())
-        throw Fault(fault::SpatialReferenceFailed, kSource,
+        throw ReferenceFault(fault::SpatialReferenceFailed, kSource,
                     quiet.LastMessage("The projection file " + file + " cannot be read"));
     return srs::Wrap(std::move(sr));
 }

@@ -145,7 +145,7 @@ public:
     double XYResolution() const override { return precision_.resolution; }
     void XYResolution(double resolution) override {
         if (!(resolution > 0.0) || !std::isfinite(resolution))
-            throw Fault(fault::InvalidCall, kSource, "Invalid procedure call or argument: resolution");
+            throw ReferenceFault(fault::InvalidCall, kSource, "Invalid procedure call or argument: resolution");
         precision_.resolution = resolution;
     }
     bool IsXYPrecisionEqual(const ISpatialReference& other) const override {
@@ -315,7 +315,7 @@ public:
         QuietErrors quiet;
         OgrPtr geographic(ogr_->CloneGeogCS());
         if (!geographic)
-            throw Fault(fault::SpatialReferenceFailed, kSource,
+            throw ReferenceFault(fault::SpatialReferenceFailed, kSource,
                         quiet.LastMessage("No geographic coordinate system under " + name_));
         geographic->SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
         return std::make_shared<GeographicReference>(std::move(geographic));
@@ -380,7 +380,7 @@ std::shared_ptr<ISpatialReference> Wrap(OgrPtr sr) {
     if (sr->IsGeographic())
         return std::make_shared<GeographicReference>(std::move(sr));
     const char* name = sr->GetName();
-    throw Fault(fault::SpatialReferenceFailed, kSource,
+    throw ReferenceFault(fault::SpatialReferenceFailed, kSource,
                 std::string("Not a geographic or projected coordinate system: ") + (name ? name : "(unnamed)"));
 }
 

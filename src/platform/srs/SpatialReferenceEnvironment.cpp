@@ -22,7 +22,7 @@ const char* const kSource = "tess.SpatialReferenceEnvironment";
 const char* const kAuthorities[] = {"EPSG", "ESRI"};
 
 [[noreturn]] void UnknownCode(const char* what, std::int32_t code) {
-    throw Fault(fault::SpatialReferenceFailed, kSource,
+    throw ReferenceFault(fault::SpatialReferenceFailed, kSource,
                 std::string("The ") + what + " code " + std::to_string(code) + " is not known.");
 }
 
@@ -149,7 +149,7 @@ SpatialReferenceEnvironment::CreateGeographicCoordinateSystem(std::int32_t code)
     auto geographic =
         std::dynamic_pointer_cast<IGeographicCoordinateSystem>(ReferenceFromCode(code, "geographic coordinate system"));
     if (!geographic)
-        throw Fault(fault::SpatialReferenceFailed, kSource,
+        throw ReferenceFault(fault::SpatialReferenceFailed, kSource,
                     "The code " + std::to_string(code) + " is not a geographic coordinate system.");
     return geographic;
 }
@@ -159,7 +159,7 @@ SpatialReferenceEnvironment::CreateProjectedCoordinateSystem(std::int32_t code) 
     auto projected =
         std::dynamic_pointer_cast<IProjectedCoordinateSystem>(ReferenceFromCode(code, "projected coordinate system"));
     if (!projected)
-        throw Fault(fault::SpatialReferenceFailed, kSource,
+        throw ReferenceFault(fault::SpatialReferenceFailed, kSource,
                     "The code " + std::to_string(code) + " is not a projected coordinate system.");
     return projected;
 }

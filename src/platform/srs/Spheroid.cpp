@@ -7,7 +7,7 @@ namespace tess {
 Spheroid::Spheroid(std::string name, double semiMajor, double semiMinor, std::int32_t code)
     : name_(std::move(name)), semiMajor_(semiMajor), semiMinor_(semiMinor), code_(code) {
     if (!(semiMinor > 0.0 && semiMajor >= semiMinor))
-        throw Fault(fault::InvalidCall, "tess.Spheroid",
+        throw ReferenceFault(fault::InvalidCall, "tess.Spheroid",
                     "Invalid procedure call or argument: axes of spheroid \"" + name_ + "\"");
 }
 

@@ -33,7 +33,7 @@ OGRCoordinateTransformation& TransformationFor(const ISpatialReference& from, co
     srs::QuietErrors quiet;
     TransformPtr transform(OGRCreateCoordinateTransformation(srs::EngineOf(from), srs::EngineOf(to)));
     if (!transform)
-        throw Fault(fault::SpatialReferenceFailed, kSource,
+        throw ReferenceFault(fault::SpatialReferenceFailed, kSource,
                     quiet.LastMessage("No transformation from " + from.Name() + " to " + to.Name()));
     if (cache.size() >= kCachedPairs)
         cache.clear();
@@ -65,7 +65,7 @@ void TransformCoordinates(const ISpatialReference& from, const ISpatialReference
         ++index;
     if (index == n)
         return;
-    throw Fault(fault::SpatialReferenceFailed, kSource,
+    throw ReferenceFault(fault::SpatialReferenceFailed, kSource,
                 quiet.LastMessage("The point " + std::to_string(index) + " cannot be projected from " + from.Name() +
                                   " to " + to.Name()));
 }
@@ -80,7 +80,7 @@ std::shared_ptr<ISpatialReference> FromWkt(const std::string& text) {
     srs::OgrPtr sr(new OGRSpatialReference());
     if (sr->SetFromUserInput(text.c_str(), OGRSpatialReference::SET_FROM_USER_INPUT_LIMITATIONS_get()) !=
         OGRERR_NONE)
-        throw Fault(fault::SpatialReferenceFailed, "tess.FromWkt",
+        throw ReferenceFault(fault::SpatialReferenceFailed, "tess.FromWkt",
                     quiet.LastMessage("The coordinate system text cannot be read"));
     return srs::Wrap(std::move(sr));
 }

@@ -67,10 +67,10 @@ void FloatingPointCheck::Check(const char* source) {
         return;
     ClearFlags();
     if (raised & FE_DIVBYZERO)
-        throw Fault(fault::DivisionByZero, source, "Division by zero");
+        throw ArithmeticFault(fault::DivisionByZero, source, "Division by zero");
     if (raised & FE_OVERFLOW)
-        throw Fault(fault::Overflow, source, "Overflow");
-    throw Fault(fault::InvalidOperation, source, "Invalid procedure call or argument");
+        throw ArithmeticFault(fault::Overflow, source, "Overflow");
+    throw ArithmeticFault(fault::InvalidOperation, source, "Invalid procedure call or argument");
 }
 
 } // namespace tess

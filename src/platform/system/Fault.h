@@ -25,6 +25,25 @@ private:
     std::string description_;
 };
 
+// Faults by the area that raised them, so that a caller can tell them apart by type where the
+// numbers the host shows coincide (an arithmetic fault and a bad argument are both 5).
+class ArithmeticFault : public Fault {
+public:
+    using Fault::Fault;
+};
+class DataFault : public Fault {
+public:
+    using Fault::Fault;
+};
+class GeometryFault : public Fault {
+public:
+    using Fault::Fault;
+};
+class ReferenceFault : public Fault {
+public:
+    using Fault::Fault;
+};
+
 // Fault numbers the platform raises. The values follow the host's habits where
 // users may have seen them before (runtime errors 5, 6, 9, 11, 13, 91).
 namespace fault {

@@ -191,6 +191,7 @@ TEST_F(DamagedShapefile, ATruncatedShapeFileFailsTheReadWithTheEnginesWords) {
     const std::string fault = FaultText([&] { ReadAll(*fc); });
     EXPECT_NE(fault.find("parcels"), std::string::npos) << fault;
     EXPECT_NE(fault.find("fread"), std::string::npos) << fault;
+    EXPECT_THROW(ReadAll(*fc), DataFault);
     EXPECT_EQ(Contents(shp_), bytes);
 }
 

@@ -52,7 +52,7 @@ TEST(CheckedArithmetic, EachRaisedFlagGivesItsFault) {
     }
 }
 
-TEST(CheckedArithmetic, FaultCarriesTheSource) {
+TEST(CheckedArithmetic, FaultCarriesTheSourceAndTellsItselfFromABadArgument) {
     try {
         sink = Checked("MyGeometricOperations.Vincenty", [] { return Value(1.0) / Value(0.0); });
         FAIL();
@@ -60,6 +60,16 @@ TEST(CheckedArithmetic, FaultCarriesTheSource) {
         EXPECT_EQ(f.Source(), "MyGeometricOperations.Vincenty");
         EXPECT_EQ(f.Description(), "Division by zero");
     }
+    // A NaN and a bad argument share the host's number 5; the type tells them apart.
+    static_assert(fault::InvalidOperation == fault::InvalidCall);
+    bool arithmetic = false;
+    try {
+        sink = Checked("Test", [] { return std::sqrt(Value(-1.0)); });
+    } catch (const ArithmeticFault&) {
+        arithmetic = true;
+    } catch (const Fault&) {
+    }
+    EXPECT_TRUE(arithmetic);
 }
 
 TEST(CheckedArithmetic, CauseComesBeforeConsequence) {

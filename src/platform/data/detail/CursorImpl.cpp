@@ -119,7 +119,7 @@ void CursorImpl::Prepare(const std::shared_ptr<IQueryFilter>& filter) {
     relationShape_ = shape;
     if (!spatialExact_ && relation_ != esriSpatialRelEnvelopeIntersects && relation_ != esriSpatialRelIndexIntersects &&
         !dynamic_cast<IRelationalOperator*>(shape.get()))
-        throw Fault(fault::InvalidCall, kSource,
+        throw DataFault(fault::InvalidCall, kSource,
                     "The filter shape of a search of '" + table_->Name() + "' cannot be tested for this relation");
 }
 
@@ -256,7 +256,7 @@ void CursorImpl::UpdateRow(const IRow& row) {
         WrongMode("update rows");
     const auto* impl = dynamic_cast<const RowImpl*>(&row);
     if (!impl || impl->Fid() < 0)
-        throw Fault(fault::InvalidCall, kSource, "The row given is not a stored row of '" + table_->Name() + "'");
+        throw DataFault(fault::InvalidCall, kSource, "The row given is not a stored row of '" + table_->Name() + "'");
     std::int64_t fid = impl->Fid();
     Write(*impl, false, fid);
 }
@@ -267,9 +267,9 @@ void CursorImpl::DeleteRow() {
     if (mode_ != CursorMode::Update)
         WrongMode("delete rows");
     if (lastFid_ < 0)
-        throw Fault(fault::InvalidCall, kSource, "No row of '" + table_->Name() + "' has been fetched to delete");
+        throw DataFault(fault::InvalidCall, kSource, "No row of '" + table_->Name() + "' has been fetched to delete");
     if (!writer_->Delete(lastFid_))
-        throw Fault(fault::NotFound, kSource,
+        throw DataFault(fault::NotFound, kSource,
                     "There is no row " + std::to_string(lastFid_) + " in '" + table_->Name() + "'");
 }
 
@@ -278,7 +278,7 @@ std::int32_t CursorImpl::InsertRow(const IRowBuffer& buffer) {
         WrongMode("insert rows");
     const auto* impl = dynamic_cast<const RowImpl*>(&buffer);
     if (!impl)
-        throw Fault(fault::InvalidCall, kSource, "The buffer given was not made by a table of this platform");
+        throw DataFault(fault::InvalidCall, kSource, "The buffer given was not made by a table of this platform");
     std::int64_t fid = -1;
     Write(*impl, true, fid);
     return static_cast<std::int32_t>(fid);
@@ -297,7 +297,7 @@ std::int32_t CursorImpl::FindField(const std::string& name) const { return schem
 
 void CursorImpl::WrongMode(const char* what) const {
     const char* kind = mode_ == CursorMode::Search ? "search" : mode_ == CursorMode::Update ? "update" : "insert";
-    throw Fault(fault::InvalidCall, kSource,
+    throw DataFault(fault::InvalidCall, kSource,
                 std::string("A ") + kind + " cursor of '" + table_->Name() + "' cannot " + what);
 }
 

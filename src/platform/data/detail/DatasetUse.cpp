@@ -92,7 +92,7 @@ void CheckNotHeld(const std::string& workspacePath, const std::string& table, co
     const std::vector<std::string> users = Users(WorkspaceIdentity(workspacePath), Lower(table));
     if (users.empty())
         return;
-    throw Fault(fault::DataFailed, kSource,
+    throw DataFault(fault::DataFailed, kSource,
                 "'" + display + "' is in use by " + JoinWords(users) + ", so it cannot be deleted or replaced");
 }
 

@@ -36,7 +36,7 @@ std::shared_ptr<IPropertySet> FeatureDatasetImpl::PropertySet() const {
 }
 
 void FeatureDatasetImpl::Delete() {
-    throw Fault(fault::InvalidCall, "tess.data",
+    throw DataFault(fault::InvalidCall, "tess.data",
                 "The feature dataset '" + name_ + "' of '" + ws_->PathName() +
                     "' cannot be deleted on this platform; delete its feature classes instead");
 }

@@ -30,7 +30,7 @@ constexpr std::size_t kDbaseNameLength = 10;
 std::int32_t Clamp(std::int32_t v, std::int32_t lo, std::int32_t hi) { return std::max(lo, std::min(v, hi)); }
 
 [[noreturn]] void Unsupported(const IField& field, const char* storage) {
-    throw Fault(fault::InvalidCall, kSource,
+    throw DataFault(fault::InvalidCall, kSource,
                 "The field '" + field.Name() + "' is of a type " + storage + " cannot hold");
 }
 

@@ -74,7 +74,7 @@ void CheckRead(const std::string& what, const std::string& dataset) {
         failures += m.text;
     }
     if (!failures.empty())
-        throw Fault(fault::DataFailed, kSource, what + " (" + failures + ")");
+        throw DataFault(fault::DataFailed, kSource, what + " (" + failures + ")");
     for (const EngineMessage& m : t_messages)
         AddDataNote(dataset, m.text);
     t_messages.clear();
@@ -82,7 +82,7 @@ void CheckRead(const std::string& what, const std::string& dataset) {
 
 [[noreturn]] void Fail(const std::string& what, std::int32_t number = fault::DataFailed) {
     const std::string message = CPLGetLastErrorMsg();
-    throw Fault(number, kSource, message.empty() ? what : what + " (" + message + ")");
+    throw DataFault(number, kSource, message.empty() ? what : what + " (" + message + ")");
 }
 
 const char* DriverName(OgrDriver driver) {
@@ -416,7 +416,7 @@ void OgrDataset::DeleteLayer(const std::string& name) {
             return;
         }
     }
-    throw Fault(fault::NotFound, kSource, "'" + name + "' was not found in '" + path_ + "'");
+    throw DataFault(fault::NotFound, kSource, "'" + name + "' was not found in '" + path_ + "'");
 }
 
 std::vector<std::string> OgrDataset::GroupNames() const {
@@ -529,7 +529,7 @@ OgrLayer::~OgrLayer() {
 
 OGRLayer* OgrLayer::Checked() const {
     if (!owner_->handle_)
-        throw Fault(fault::DataFailed, kSource,
+        throw DataFault(fault::DataFailed, kSource,
                     "The data of '" + owner_->Path() + "' was closed; the cursor can no longer be used");
     return layer_;
 }
@@ -883,7 +883,7 @@ void OgrLayer::Set(const OgrRecord& record) {
     f->SetFID(record.fid);
     const OGRErr err = Checked()->SetFeature(f);
     if (err == OGRERR_NON_EXISTING_FEATURE)
-        throw Fault(fault::NotFound, kSource,
+        throw DataFault(fault::NotFound, kSource,
                     "There is no row " + std::to_string(record.fid) + " in '" + Name() + "' of '" + owner_->Path() +
                         "'");
     if (err != OGRERR_NONE)

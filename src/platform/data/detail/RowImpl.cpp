@@ -30,7 +30,7 @@ std::shared_ptr<IFields> RowImpl::Fields() const { return schema_->fields; }
 
 void RowImpl::CheckIndex(std::int32_t index) const {
     if (index < 0 || static_cast<std::size_t>(index) >= schema_->slots.size())
-        throw Fault(fault::OutOfRange, kSource,
+        throw DataFault(fault::OutOfRange, kSource,
                     "Field " + std::to_string(index) + " of '" + table_->Name() + "', which has " +
                         std::to_string(schema_->slots.size()));
 }
@@ -54,7 +54,7 @@ void RowImpl::Value(std::int32_t index, const Variant& value) {
     const std::string name = schema_->fields->Field(index)->Name();
     switch (slot.kind) {
     case FieldSlot::Oid:
-        throw Fault(fault::InvalidCall, kSource,
+        throw DataFault(fault::InvalidCall, kSource,
                     "The object ID field '" + name + "' of '" + table_->Name() + "' cannot be written");
     case FieldSlot::Shape:
         if (value.IsNull() || value.IsEmpty() || value.IsNothing()) {
@@ -69,13 +69,13 @@ void RowImpl::Value(std::int32_t index, const Variant& value) {
                 return;
             }
         }
-        throw Fault(fault::TypeMismatch, kSource,
+        throw DataFault(fault::TypeMismatch, kSource,
                     "The shape field '" + name + "' of '" + table_->Name() + "' takes geometries only");
     case FieldSlot::Attribute:
         break;
     }
     if (!slot.editable)
-        throw Fault(fault::InvalidCall, kSource,
+        throw DataFault(fault::InvalidCall, kSource,
                     "The field '" + name + "' of '" + table_->Name() + "' is kept by the storage and cannot be written");
     values_[static_cast<std::size_t>(index)] = ToFieldType(value, slot.type);
 }
@@ -86,7 +86,7 @@ void RowImpl::Store() { table_->StoreRow(*this); }
 
 void RowImpl::Delete() {
     if (fid_ < 0)
-        throw Fault(fault::InvalidCall, kSource, "A row not yet stored in '" + table_->Name() + "' cannot be deleted");
+        throw DataFault(fault::InvalidCall, kSource, "A row not yet stored in '" + table_->Name() + "' cannot be deleted");
     table_->DeleteStoredRow(fid_);
     fid_ = -1;
 }

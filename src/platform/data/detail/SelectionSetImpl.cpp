@@ -96,7 +96,7 @@ void SelectionSetImpl::Combine(const std::shared_ptr<ISelectionSet>& other, esri
                                std::shared_ptr<ISelectionSet>& result) const {
     const auto* o = dynamic_cast<const SelectionSetImpl*>(other.get());
     if (!o || o->table_ != table_)
-        throw Fault(fault::InvalidCall, kSource,
+        throw DataFault(fault::InvalidCall, kSource,
                     "Only selection sets of the same table ('" + table_->Name() + "') can be combined");
     const std::vector<std::int32_t>& a = *ids_;
     const std::vector<std::int32_t>& b = *o->ids_;
@@ -123,7 +123,7 @@ void SelectionSetImpl::Combine(const std::shared_ptr<ISelectionSet>& other, esri
 std::shared_ptr<ISelectionSet2> MakeSelectionSet(const std::shared_ptr<ITable>& table) {
     auto impl = std::dynamic_pointer_cast<data::TableImpl>(table);
     if (!impl)
-        throw Fault(fault::InvalidCall, "tess.data", "A selection set needs a table opened through a workspace");
+        throw DataFault(fault::InvalidCall, "tess.data", "A selection set needs a table opened through a workspace");
     return std::make_shared<data::SelectionSetImpl>(impl, std::vector<std::int32_t>{});
 }
 

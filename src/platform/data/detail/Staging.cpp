@@ -39,7 +39,7 @@ std::function<void(std::string_view)>& Hook() {
 }
 
 [[noreturn]] void Fail(const std::string& what, const std::error_code& ec) {
-    throw Fault(fault::DataFailed, kSource, what + (ec ? " (" + ec.message() + ")" : std::string()));
+    throw DataFault(fault::DataFailed, kSource, what + (ec ? " (" + ec.message() + ")" : std::string()));
 }
 
 void SyncPath(const std::string& path, bool directory) {

@@ -141,7 +141,7 @@ std::shared_ptr<const ClassSchema> TableImpl::LoadSchema(OgrLayer& layer) const 
 void TableImpl::SchemaChanged(OgrLayer& layer) { schema_ = LoadSchema(layer); }
 
 void TableImpl::FieldFault(const std::string& field, const std::string& what) const {
-    throw Fault(fault::InvalidCall, kSource,
+    throw DataFault(fault::InvalidCall, kSource,
                 "The field '" + field + "' of '" + name_ + "' in '" + ws_->PathName() + "' " + what);
 }
 
@@ -155,7 +155,7 @@ std::string TableImpl::OIDFieldName() const { return Schema()->oidName; }
 
 void TableImpl::AddField(const std::shared_ptr<IField>& field) {
     if (!field)
-        throw Fault(fault::ObjectNotSet, kSource, "No field was given to add to '" + name_ + "'");
+        throw DataFault(fault::ObjectNotSet, kSource, "No field was given to add to '" + name_ + "'");
     if (field->Type() == esriFieldTypeOID || field->Type() == esriFieldTypeGeometry)
         FieldFault(field->Name(), "cannot be added: a table keeps one object ID and one shape field");
     if (field->Name().empty())
@@ -180,11 +180,11 @@ void TableImpl::AddField(const std::shared_ptr<IField>& field) {
 
 void TableImpl::DeleteField(const std::shared_ptr<IField>& field) {
     if (!field)
-        throw Fault(fault::ObjectNotSet, kSource, "No field was given to delete from '" + name_ + "'");
+        throw DataFault(fault::ObjectNotSet, kSource, "No field was given to delete from '" + name_ + "'");
     auto schema = Schema();
     const std::int32_t index = schema->fields->FindField(field->Name());
     if (index < 0)
-        throw Fault(fault::NotFound, kSource,
+        throw DataFault(fault::NotFound, kSource,
                     "The field '" + field->Name() + "' was not found in '" + name_ + "' of '" + ws_->PathName() + "'");
     const FieldSlot slot = schema->slots[static_cast<std::size_t>(index)];
     if (slot.kind != FieldSlot::Attribute || !slot.editable)
@@ -247,7 +247,7 @@ std::shared_ptr<IRow> TableImpl::GetRow(std::int32_t oid) {
         found = lease->Get(oid, record, featureClass_);
     }
     if (!found)
-        throw Fault(fault::NotFound, kSource,
+        throw DataFault(fault::NotFound, kSource,
                     "There is no row " + std::to_string(oid) + " in '" + name_ + "' of '" + ws_->PathName() + "'");
     auto row = NewRow();
     Fill(*row, record);
@@ -341,7 +341,7 @@ void TableImpl::ToRecord(const RowImpl& row, OgrRecord& record) const {
     }
     const FlatKind want = FlatKindOf(schema->shapeType);
     if (record.geometry.kind != FlatKind::Null && !record.geometry.Empty() && record.geometry.kind != want)
-        throw Fault(fault::TypeMismatch, kSource,
+        throw DataFault(fault::TypeMismatch, kSource,
                     std::string("A ") + KindName(record.geometry.kind) + " shape cannot be stored in '" + name_ +
                         "' of '" + ws_->PathName() + "', a " + KindName(want) + " feature class");
 }
@@ -362,7 +362,7 @@ void TableImpl::DeleteStoredRow(std::int64_t fid) {
     WriteTicket ticket = ws_->Acquire();
     auto writer = ws_->Writer(name_);
     if (!writer->Delete(fid))
-        throw Fault(fault::NotFound, kSource,
+        throw DataFault(fault::NotFound, kSource,
                     "There is no row " + std::to_string(fid) + " in '" + name_ + "' of '" + ws_->PathName() + "'");
     ticket.Release();
 }

@@ -243,7 +243,7 @@ std::shared_ptr<WorkspaceImpl> WorkspaceImpl::Open(const std::string& path, OgrD
         try {
             ws->shared_ = OgrDataset::Open(path, driver, false);
         } catch (const Fault& f) {
-            throw Fault(fault::DataFailed, kSource,
+            throw DataFault(fault::DataFailed, kSource,
                         "Cannot open the personal geodatabase '" + path +
                             "': it needs an MDB driver for ODBC, and this system has none that can read it (" +
                             f.Description() + ")");
@@ -410,7 +410,7 @@ std::shared_ptr<ITable> WorkspaceImpl::OpenTable(const std::string& name) {
     std::string canonical;
     bool hasShape = false;
     if (!Locate(n, canonical, hasShape))
-        throw Fault(fault::NotFound, kSource, "The table '" + n + "' was not found in '" + path_ + "'");
+        throw DataFault(fault::NotFound, kSource, "The table '" + n + "' was not found in '" + path_ + "'");
     if (auto table = Find(canonical))
         return table;
     auto table = MakeTable(shared_from_this(), canonical, hasShape);
@@ -424,9 +424,9 @@ std::shared_ptr<IFeatureClass> WorkspaceImpl::OpenFeatureClass(const std::string
     std::string canonical;
     bool hasShape = false;
     if (!Locate(n, canonical, hasShape))
-        throw Fault(fault::NotFound, kSource, "The feature class '" + n + "' was not found in '" + path_ + "'");
+        throw DataFault(fault::NotFound, kSource, "The feature class '" + n + "' was not found in '" + path_ + "'");
     if (!hasShape)
-        throw Fault(fault::NotFound, kSource,
+        throw DataFault(fault::NotFound, kSource,
                     "'" + canonical + "' in '" + path_ + "' is a table, not a feature class");
     return std::dynamic_pointer_cast<IFeatureClass>(OpenTable(canonical));
 }
@@ -447,9 +447,9 @@ std::shared_ptr<ITable> WorkspaceImpl::CreateTable(const std::string& name, cons
 
 void WorkspaceImpl::ReadOnlyFault(const std::string& what) const {
     if (driver_ == OgrDriver::PersonalGDB)
-        throw Fault(fault::InvalidCall, kSource,
+        throw DataFault(fault::InvalidCall, kSource,
                     "Personal geodatabases are read-only on this platform: cannot " + what + " in '" + path_ + "'");
-    throw Fault(fault::DataFailed, kSource, "'" + path_ + "' is read-only: cannot " + what);
+    throw DataFault(fault::DataFailed, kSource, "'" + path_ + "' is read-only: cannot " + what);
 }
 
 void WorkspaceImpl::CheckWritable(const std::string& what) const {
@@ -467,17 +467,17 @@ std::shared_ptr<IFeatureClass> WorkspaceImpl::CreateClass(const std::string& nam
     const std::string n = NormalizeName(name);
     CheckWritable("create '" + n + "'");
     if (n.empty())
-        throw Fault(fault::InvalidCall, kSource, "A new table in '" + path_ + "' needs a name");
+        throw DataFault(fault::InvalidCall, kSource, "A new table in '" + path_ + "' needs a name");
     if (!fields)
-        throw Fault(fault::ObjectNotSet, kSource, "No fields were given for '" + n + "' in '" + path_ + "'");
+        throw DataFault(fault::ObjectNotSet, kSource, "No fields were given for '" + n + "' in '" + path_ + "'");
     if (featureType == esriFTAnnotation || featureType == esriFTCoverageAnnotation ||
         featureType == esriFTDimension || featureType == esriFTRasterCatalogItem)
-        throw Fault(fault::InvalidCall, kSource,
+        throw DataFault(fault::InvalidCall, kSource,
                     "Only simple feature classes can be created on this platform ('" + n + "' in '" + path_ + "')");
     std::string existing;
     bool existingShape = false;
     if (Locate(n, existing, existingShape))
-        throw Fault(fault::InvalidCall, kSource, "'" + existing + "' already exists in '" + path_ + "'");
+        throw DataFault(fault::InvalidCall, kSource, "'" + existing + "' already exists in '" + path_ + "'");
 
     // The geometry field: by the name given, else the first one.
     std::shared_ptr<IField> shapeField;
@@ -489,7 +489,7 @@ std::shared_ptr<IFeatureClass> WorkspaceImpl::CreateClass(const std::string& nam
             if (fields->Field(i) && fields->Field(i)->Type() == esriFieldTypeGeometry)
                 shapeField = fields->Field(i);
         if (!shapeField)
-            throw Fault(fault::InvalidCall, kSource,
+            throw DataFault(fault::InvalidCall, kSource,
                         "The fields of '" + n + "' in '" + path_ + "' hold no geometry field");
     }
     esriGeometryType shapeType = esriGeometryNull;
@@ -501,7 +501,7 @@ std::shared_ptr<IFeatureClass> WorkspaceImpl::CreateClass(const std::string& nam
             sr = def->SpatialReference();
         const FlatKind kind = FlatKindOf(shapeType);
         if (kind == FlatKind::Null)
-            throw Fault(fault::InvalidCall, kSource,
+            throw DataFault(fault::InvalidCall, kSource,
                         "The geometry field of '" + n + "' in '" + path_ + "' has no point, multipoint, polyline "
                         "or polygon type");
     }
@@ -613,7 +613,7 @@ void WorkspaceImpl::DeleteClass(const std::string& name) {
     std::string canonical;
     bool hasShape = false;
     if (!Locate(n, canonical, hasShape))
-        throw Fault(fault::NotFound, kSource, "'" + n + "' was not found in '" + path_ + "'");
+        throw DataFault(fault::NotFound, kSource, "'" + n + "' was not found in '" + path_ + "'");
     // Every overwrite of a class comes through here: what a map shows or a cursor reads stays.
     CheckNotHeld(path_, canonical, ClassFullName(canonical, hasShape, FeatureDatasetOf(canonical)));
     WriteTicket ticket = Acquire();
@@ -675,7 +675,7 @@ std::shared_ptr<IFeatureDataset> WorkspaceImpl::OpenFeatureDataset(const std::st
             if (!NameLess{}(group, n) && !NameLess{}(n, group))
                 return std::make_shared<FeatureDatasetImpl>(shared_from_this(), group);
     }
-    throw Fault(fault::NotFound, kSource, "The feature dataset '" + n + "' was not found in '" + path_ + "'");
+    throw DataFault(fault::NotFound, kSource, "The feature dataset '" + n + "' was not found in '" + path_ + "'");
 }
 
 std::shared_ptr<IFeatureDataset> WorkspaceImpl::CreateFeatureDataset(const std::string& name,
@@ -684,15 +684,15 @@ std::shared_ptr<IFeatureDataset> WorkspaceImpl::CreateFeatureDataset(const std::
     if (driver_ != OgrDriver::FileGDB) {
         if (driver_ == OgrDriver::PersonalGDB)
             ReadOnlyFault("create the feature dataset '" + n + "'");
-        throw Fault(fault::InvalidCall, kSource,
+        throw DataFault(fault::InvalidCall, kSource,
                     "Feature datasets exist only in file geodatabases ('" + n + "' in '" + path_ + "')");
     }
     CheckWritable("create the feature dataset '" + n + "'");
     if (n.empty())
-        throw Fault(fault::InvalidCall, kSource, "A new feature dataset in '" + path_ + "' needs a name");
+        throw DataFault(fault::InvalidCall, kSource, "A new feature dataset in '" + path_ + "' needs a name");
     for (const std::string& group : (session_ && session_->gdb ? session_->gdb : Shared())->GroupNames())
         if (!NameLess{}(group, n) && !NameLess{}(n, group))
-            throw Fault(fault::InvalidCall, kSource, "'" + group + "' already exists in '" + path_ + "'");
+            throw DataFault(fault::InvalidCall, kSource, "'" + group + "' already exists in '" + path_ + "'");
     WriteTicket ticket = Acquire();
     session_->changed = true;
     // The engine makes a feature dataset with its first class; a class made and dropped leaves it empty.
@@ -777,19 +777,19 @@ std::shared_ptr<IPropertySet> WorkspaceImpl::PropertySet() const {
 }
 
 void WorkspaceImpl::Delete() {
-    throw Fault(fault::InvalidCall, kSource, "The workspace '" + path_ + "' cannot be deleted through its dataset");
+    throw DataFault(fault::InvalidCall, kSource, "The workspace '" + path_ + "' cannot be deleted through its dataset");
 }
 
 // ---------------------------------------------------------------- edit sessions
 
 void WorkspaceImpl::StartEditing(bool) {
     if (editing_)
-        throw Fault(fault::InvalidCall, kSource, "'" + path_ + "' is already being edited");
+        throw DataFault(fault::InvalidCall, kSource, "'" + path_ + "' is already being edited");
     CheckWritable("edit");
     if (pendingFault_) {
         const std::string message = *pendingFault_;
         pendingFault_.reset();
-        throw Fault(fault::DataFailed, kSource, message);
+        throw DataFault(fault::DataFailed, kSource, message);
     }
     if (!session_)
         StartSession();
@@ -798,7 +798,7 @@ void WorkspaceImpl::StartEditing(bool) {
 
 void WorkspaceImpl::StopEditing(bool saveEdits) {
     if (!editing_)
-        throw Fault(fault::InvalidCall, kSource, "'" + path_ + "' is not being edited");
+        throw DataFault(fault::InvalidCall, kSource, "'" + path_ + "' is not being edited");
     editing_ = false;
     editOperations_ = 0;
     if (session_)
@@ -807,21 +807,21 @@ void WorkspaceImpl::StopEditing(bool saveEdits) {
 
 void WorkspaceImpl::StartEditOperation() {
     if (!editing_)
-        throw Fault(fault::InvalidCall, kSource, "An edit operation needs an edit session of '" + path_ + "'");
+        throw DataFault(fault::InvalidCall, kSource, "An edit operation needs an edit session of '" + path_ + "'");
     ++editOperations_;
 }
 
 void WorkspaceImpl::StopEditOperation() {
     if (editOperations_ <= 0)
-        throw Fault(fault::InvalidCall, kSource, "No edit operation of '" + path_ + "' is open");
+        throw DataFault(fault::InvalidCall, kSource, "No edit operation of '" + path_ + "' is open");
     --editOperations_;
 }
 
 void WorkspaceImpl::AbortEditOperation() {
     if (editOperations_ <= 0)
-        throw Fault(fault::InvalidCall, kSource, "No edit operation of '" + path_ + "' is open");
+        throw DataFault(fault::InvalidCall, kSource, "No edit operation of '" + path_ + "' is open");
     --editOperations_;
-    throw Fault(fault::InvalidCall, kSource,
+    throw DataFault(fault::InvalidCall, kSource,
                 "Edit operations cannot be undone on this platform; StopEditing(false) drops all changes of '" +
                     path_ + "'");
 }
@@ -834,7 +834,7 @@ WriteTicket WorkspaceImpl::Acquire() {
     if (pendingFault_) {
         const std::string message = *pendingFault_;
         pendingFault_.reset();
-        throw Fault(fault::DataFailed, kSource, message);
+        throw DataFault(fault::DataFailed, kSource, message);
     }
     CheckWritable("write");
     if (!session_)
@@ -887,7 +887,7 @@ void WorkspaceImpl::StartSession() {
     }
     case OgrDriver::GeoPackage:
         if (!Shared()->StartTransaction())
-            throw Fault(fault::DataFailed, kSource, "Cannot start a change of '" + path_ + "'");
+            throw DataFault(fault::DataFailed, kSource, "Cannot start a change of '" + path_ + "'");
         s->transaction = true;
         break;
     case OgrDriver::PersonalGDB:
@@ -946,7 +946,7 @@ void WorkspaceImpl::JoinSession(const std::string& table) {
         s.staging->Copy(components);
         const std::string original = ShapefilePath(table);
         if (original.empty())
-            throw Fault(fault::NotFound, kSource, "'" + table + "' was not found in '" + path_ + "'");
+            throw DataFault(fault::NotFound, kSource, "'" + table + "' was not found in '" + path_ + "'");
         auto ds = OgrDataset::Open(s.staging->Staged(fs::path(original).filename().string()), driver_, true);
         s.writers[table] = ds->Layer(table);
         s.datasets[table] = ds;
@@ -968,14 +968,14 @@ void WorkspaceImpl::JoinSession(const std::string& table) {
         }
         auto layer = s.gdb->Layer(table);
         if (!layer)
-            throw Fault(fault::NotFound, kSource, "'" + table + "' was not found in '" + path_ + "'");
+            throw DataFault(fault::NotFound, kSource, "'" + table + "' was not found in '" + path_ + "'");
         s.writers[table] = layer;
         break;
     }
     case OgrDriver::GeoPackage: {
         auto layer = Shared()->Layer(table);
         if (!layer)
-            throw Fault(fault::NotFound, kSource, "'" + table + "' was not found in '" + path_ + "'");
+            throw DataFault(fault::NotFound, kSource, "'" + table + "' was not found in '" + path_ + "'");
         s.writers[table] = layer;
         break;
     }
@@ -1002,7 +1002,7 @@ void WorkspaceImpl::BlockNewFreelists() {
 
 std::shared_ptr<OgrLayer> WorkspaceImpl::Writer(const std::string& table) {
     if (!session_)
-        throw Fault(fault::InvalidCall, kSource, "No change of '" + path_ + "' is open");
+        throw DataFault(fault::InvalidCall, kSource, "No change of '" + path_ + "' is open");
     JoinSession(table);
     session_->changed = true;
     return session_->writers[table];
@@ -1030,7 +1030,7 @@ std::shared_ptr<OgrLayer> WorkspaceImpl::OpenPooledReader(const std::string& tab
     case OgrDriver::Shapefile: {
         const std::string file = ShapefilePath(table);
         if (file.empty())
-            throw Fault(fault::NotFound, kSource, "'" + table + "' was not found in '" + path_ + "'");
+            throw DataFault(fault::NotFound, kSource, "'" + table + "' was not found in '" + path_ + "'");
         layer = OgrDataset::Open(file, driver_, false)->Layer(table);
         break;
     }
@@ -1049,7 +1049,7 @@ std::shared_ptr<OgrLayer> WorkspaceImpl::OpenPooledReader(const std::string& tab
         break; // see BorrowReader
     }
     if (!layer)
-        throw Fault(fault::NotFound, kSource, "'" + table + "' was not found in '" + path_ + "'");
+        throw DataFault(fault::NotFound, kSource, "'" + table + "' was not found in '" + path_ + "'");
     return layer;
 }
 
@@ -1064,7 +1064,7 @@ std::shared_ptr<OgrLayer> WorkspaceImpl::OpenSessionReader(const std::string& ta
         layer = OgrDataset::Open(session_->staging->Folder(), driver_, false)->Layer(table);
     }
     if (!layer)
-        throw Fault(fault::NotFound, kSource, "'" + table + "' was not found in '" + path_ + "'");
+        throw DataFault(fault::NotFound, kSource, "'" + table + "' was not found in '" + path_ + "'");
     return layer;
 }
 
@@ -1076,7 +1076,7 @@ LayerLease WorkspaceImpl::BorrowReader(const std::string& table) {
         if (!busy_.count(table)) {
             auto layer = Shared()->Layer(table);
             if (!layer)
-                throw Fault(fault::NotFound, kSource, "'" + table + "' was not found in '" + path_ + "'");
+                throw DataFault(fault::NotFound, kSource, "'" + table + "' was not found in '" + path_ + "'");
             busy_.insert(table);
             return LayerLease(self, table, std::move(layer), generation_, false, true);
         }

@@ -55,7 +55,7 @@ using GeomPtr = std::unique_ptr<GEOSGeometry, GeomDeleter>;
 
 [[noreturn]] void Fail(const char* operation) {
     const std::string message = Ctx().Message().empty() ? "The geometry engine failed" : Ctx().Message();
-    throw Fault(fault::GeometryFailed, operation, message);
+    throw GeometryFault(fault::GeometryFailed, operation, message);
 }
 
 GeomPtr Check(GEOSGeometry* g, const char* operation) {
@@ -186,7 +186,7 @@ GeomPtr ToGeos(const IGeometry& g) {
         for (std::int32_t i = 0; i < bag->GeometryCount(); ++i) members.push_back(ToGeos(*bag->Geometry(i)));
         return MakeCollection(GEOS_GEOMETRYCOLLECTION, members);
     }
-    throw Fault(fault::TypeMismatch, "Geometry", "This geometry cannot be handed to the topology engine");
+    throw GeometryFault(fault::TypeMismatch, "Geometry", "This geometry cannot be handed to the topology engine");
 }
 
 // ---------------------------------------------------------------- from the engine
@@ -282,7 +282,7 @@ std::shared_ptr<IGeometry> FromGeos(const GEOSGeometry* g, esriGeometryType type
         return pt;
     }
     default:
-        throw Fault(fault::TypeMismatch, "Geometry", "Unsupported result type");
+        throw GeometryFault(fault::TypeMismatch, "Geometry", "Unsupported result type");
     }
 }
 
@@ -449,7 +449,7 @@ void GeosCut(const IGeometry& shape, const IPolyline& cutter, std::shared_ptr<IG
              std::shared_ptr<IGeometry>& right) {
     Ctx().ClearMessage();
     const auto* cutSource = dynamic_cast<const PartSource*>(&cutter);
-    if (!cutSource) throw Fault(fault::TypeMismatch, "Cut", "Unsupported cutter");
+    if (!cutSource) throw GeometryFault(fault::TypeMismatch, "Cut", "Unsupported cutter");
     const GeomPtr self = ToGeos(shape);
     const GeomPtr blade = ToGeos(cutter);
     const double eps = kOnLineRelTolerance * std::max(SizeOf(self.get()), SizeOf(blade.get()));
@@ -468,7 +468,7 @@ void GeosCut(const IGeometry& shape, const IPolyline& cutter, std::shared_ptr<IG
     std::vector<GeomPtr> rightParts;
     const bool isPolygon = shape.GeometryType() == esriGeometryPolygon;
     if (!isPolygon && shape.GeometryType() != esriGeometryPolyline)
-        throw Fault(fault::TypeMismatch, "Cut", "Only polylines and polygons can be cut");
+        throw GeometryFault(fault::TypeMismatch, "Cut", "Only polylines and polygons can be cut");
 
     // Node the shape's linework together with the cutter.
     const GeomPtr lines = isPolygon ? Check(GEOSBoundary_r(H(), self.get()), "Cut") : nullptr;
@@ -518,7 +518,7 @@ void GeosCut(const IGeometry& shape, const IPolyline& cutter, std::shared_ptr<IG
         }
     }
     if (leftParts.empty() || rightParts.empty())
-        throw Fault(fault::GeometryFailed, "Cut", "The cutter does not cut the shape");
+        throw GeometryFault(fault::GeometryFailed, "Cut", "The cutter does not cut the shape");
     const esriGeometryType type = isPolygon ? esriGeometryPolygon : esriGeometryPolyline;
     auto build = [type](std::vector<GeomPtr>& parts) {
         const GeomPtr all = MakeCollection(GEOS_GEOMETRYCOLLECTION, parts);
@@ -661,7 +661,7 @@ std::vector<std::shared_ptr<Polygon>> GeosPolygonizeLines(const std::vector<std:
                                                           double tolerance, ClusterMethod method) {
     Ctx().ClearMessage();
     if (!(tolerance >= 0.0) || !std::isfinite(tolerance))
-        throw Fault(fault::InvalidCall, "ConstructPolygons", "The cluster tolerance must be 0 or more");
+        throw GeometryFault(fault::InvalidCall, "ConstructPolygons", "The cluster tolerance must be 0 or more");
     std::vector<std::vector<WKSPoint>> lines;
     for (const auto& line : input) {
         std::vector<WKSPoint> pts(line);
@@ -710,7 +710,7 @@ std::vector<std::shared_ptr<Polygon>> GeosPolygonizeShapes(const std::vector<std
         const esriGeometryType type = shape->GeometryType();
         if (type != esriGeometryPolyline && type != esriGeometryPolygon && type != esriGeometryPath &&
             type != esriGeometryRing && type != esriGeometryLine)
-            throw Fault(fault::TypeMismatch, "ConstructPolygons", "Only polylines and polygons bound regions");
+            throw GeometryFault(fault::TypeMismatch, "ConstructPolygons", "Only polylines and polygons bound regions");
         GeomPtr g = ToGeos(*shape);
         if (type == esriGeometryPolygon || type == esriGeometryRing)
             g = Check(GEOSBoundary_r(H(), g.get()), "ConstructPolygons");

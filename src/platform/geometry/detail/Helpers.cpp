@@ -17,7 +17,7 @@ void PutPoint(IPoint& point, const WKSPoint* p, const std::shared_ptr<ISpatialRe
 
 void CheckIndex(std::int32_t index, std::int32_t count, const char* operation) {
     if (index < 0 || index >= count)
-        throw Fault(fault::OutOfRange, operation,
+        throw GeometryFault(fault::OutOfRange, operation,
                     "Index " + std::to_string(index) + " out of range 0.." + std::to_string(count - 1));
 }
 
@@ -37,7 +37,7 @@ void NearestQuery(const PartSource& source, const std::shared_ptr<ISpatialRefere
                   double& distanceAlongCurve, double& distanceFromCurve, bool& rightSide) {
     NearestResult r;
     if (!SourceNearest(source, extension, {inPoint.X(), inPoint.Y()}, r))
-        throw Fault(fault::GeometryFailed, "QueryPointAndDistance", "The curve is empty");
+        throw GeometryFault(fault::GeometryFailed, "QueryPointAndDistance", "The curve is empty");
     PutPoint(outPoint, &r.point, reference);
     const double length = SourceLength(source);
     distanceAlongCurve = asRatio ? (length > 0.0 ? r.along / length : 0.0) : r.along;

@@ -162,7 +162,7 @@ std::shared_ptr<IGeometry> TopologicalOperatorImpl::Intersect(const IGeometry& o
         type = esriGeometryPolygon;
         break;
     default:
-        throw Fault(fault::InvalidCall, "Intersect", "Invalid result dimension");
+        throw GeometryFault(fault::InvalidCall, "Intersect", "Invalid result dimension");
     }
     return WithReference(GeosOverlay(OverlayOp::Intersection, self, other, type), self);
 }

@@ -25,7 +25,7 @@ PolycurveBase<I, P>::PolycurveBase(const PolycurveBase& other)
 }
 
 template <class I, class P> void PolycurveBase<I, P>::AddPart(std::shared_ptr<P> part) {
-    if (!part) throw Fault(fault::ObjectNotSet, "AddGeometry", "Object variable not set");
+    if (!part) throw GeometryFault(fault::ObjectNotSet, "AddGeometry", "Object variable not set");
     if (!part->SpatialReference()) part->SpatialReference(sr_);
     parts_.push_back(std::move(part));
     Changed();
@@ -166,7 +166,7 @@ void PolycurveBase<I, P>::Locate(std::int32_t index, std::size_t& part, std::int
         }
         rest -= n;
     }
-    throw Fault(fault::OutOfRange, "Point", "Index out of range");
+    throw GeometryFault(fault::OutOfRange, "Point", "Index out of range");
 }
 
 template <class I, class P> std::shared_ptr<IPoint> PolycurveBase<I, P>::Point(std::int32_t index) const {
@@ -285,7 +285,7 @@ template <class I, class P> std::shared_ptr<ISegment> PolycurveBase<I, P>::Segme
         if (rest < n) return MakeSegment(part->Data().SegmentAt(rest), sr_);
         rest -= n;
     }
-    throw Fault(fault::OutOfRange, "Segment", "Index out of range");
+    throw GeometryFault(fault::OutOfRange, "Segment", "Index out of range");
 }
 
 template <class I, class P> void PolycurveBase<I, P>::AddSegment(const ISegment& segment) {
@@ -354,7 +354,7 @@ template <class I, class P> std::shared_ptr<P> PolycurveBase<I, P>::ConvertPart(
             part->AddWKSPoints(5, pts);
         }
     } else {
-        throw Fault(fault::TypeMismatch, "AddGeometry", "The geometry cannot be a part of this shape");
+        throw GeometryFault(fault::TypeMismatch, "AddGeometry", "The geometry cannot be a part of this shape");
     }
     if (part->IsEmpty()) return nullptr;
     if constexpr (std::is_same_v<P, Ring>) part->Close();
@@ -363,7 +363,7 @@ template <class I, class P> std::shared_ptr<P> PolycurveBase<I, P>::ConvertPart(
 }
 
 template <class I, class P> void PolycurveBase<I, P>::AddGeometry(std::shared_ptr<IGeometry> geometry) {
-    if (!geometry) throw Fault(fault::ObjectNotSet, "AddGeometry", "Object variable not set");
+    if (!geometry) throw GeometryFault(fault::ObjectNotSet, "AddGeometry", "Object variable not set");
     if (auto part = std::dynamic_pointer_cast<P>(geometry)) {
         AddPart(std::move(part));
         return;

@@ -38,7 +38,7 @@ std::shared_ptr<ISegment> MakeSegment(const SegmentView& view, std::shared_ptr<I
 
 const SegmentStore& StoreOf(const ISegment& segment) {
     const auto* store = dynamic_cast<const SegmentStore*>(&segment);
-    if (!store) throw Fault(fault::InvalidCall, "Segment", "Unsupported segment implementation");
+    if (!store) throw GeometryFault(fault::InvalidCall, "Segment", "Unsupported segment implementation");
     return *store;
 }
 
@@ -231,7 +231,7 @@ template <class I>
 void SegmentBase<I>::QueryPointAndDistance(esriSegmentExtension extension, const IPoint& inPoint, bool asRatio,
                                            IPoint& outPoint, double& distanceAlongCurve,
                                            double& distanceFromCurve, bool& rightSide) const {
-    if (empty_) throw Fault(fault::GeometryFailed, "QueryPointAndDistance", "The segment is empty");
+    if (empty_) throw GeometryFault(fault::GeometryFailed, "QueryPointAndDistance", "The segment is empty");
     const OneSegmentSource src(View());
     NearestResult r;
     SourceNearest(src, extension, {inPoint.X(), inPoint.Y()}, r);
@@ -251,7 +251,7 @@ template <class I> void SegmentBase<I>::ReverseOrientation() {
 template <class I> void SegmentBase<I>::ApplyAffine(const Affine& m) {
     const CurveParams c = TransformCurve(curve_, m);
     if (c.kind != curve_.kind)
-        throw Fault(fault::InvalidCall, "Scale", "A circular arc cannot be scaled unequally");
+        throw GeometryFault(fault::InvalidCall, "Scale", "A circular arc cannot be scaled unequally");
     curve_ = c;
     from_ = m.Apply(from_);
     to_ = m.Apply(to_);
