@@ -7,6 +7,7 @@
 #include <functional>
 
 #include "platform/system/Fault.h"
+#include "FaultOf.h"
 
 namespace tess {
 namespace {
@@ -19,15 +20,6 @@ double Value(double x) {
 
 // Results go to a volatile sink: a result nobody uses may be optimised away with its flags.
 volatile double sink = 0.0;
-
-std::int32_t FaultOf(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const Fault& fault) {
-        return fault.Number();
-    }
-    return 0;
-}
 
 TEST(CheckedArithmetic, EachRaisedFlagGivesItsFault) {
     struct Case {

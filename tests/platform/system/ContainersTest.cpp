@@ -8,18 +8,10 @@
 #include "platform/system/Fault.h"
 #include "platform/system/PropertySet.h"
 #include "platform/system/UID.h"
+#include "FaultOf.h"
 
 namespace tess {
 namespace {
-
-std::int32_t FaultOf(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const Fault& fault) {
-        return fault.Number();
-    }
-    return 0;
-}
 
 template <class A>
 class ArrayTest : public ::testing::Test {};

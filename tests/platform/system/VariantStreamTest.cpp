@@ -8,18 +8,10 @@
 
 #include "platform/system/Arrays.h"
 #include "platform/system/Fault.h"
+#include "FaultOf.h"
 
 namespace tess {
 namespace {
-
-std::int32_t FaultOf(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const Fault& fault) {
-        return fault.Number();
-    }
-    return 0;
-}
 
 // One value of every kind that has a text form, with the awkward ones of each.
 std::vector<Variant> EveryKind() {

@@ -8,18 +8,10 @@
 
 #include "platform/system/Arrays.h"
 #include "platform/system/Fault.h"
+#include "FaultOf.h"
 
 namespace tess {
 namespace {
-
-std::int32_t FaultOf(const std::function<void()>& f) {
-    try {
-        f();
-    } catch (const Fault& fault) {
-        return fault.Number();
-    }
-    return 0;
-}
 
 // Whole-number conversions: CInt and CLng agree except where 16 bits overflow.
 struct WholeCase {
