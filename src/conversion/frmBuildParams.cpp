@@ -86,8 +86,6 @@ constexpr const char* kSelectAll = "Select All Fields";
 constexpr const char* kUnselectAll = "Unselect All Fields";
 constexpr const char* kNoSelection = "Unable to get selection...";
 constexpr const char* kBrowseTitle = "Enter the name of your new Polygon Feature Class:";
-constexpr const char* kBrowseFilter = "Feature Classes";
-constexpr const char* kInvalidTypeTitle = "Invalid Feature Class Type:";
 constexpr const char* kFailedTitle = "Failed to Create Feature Class:";
 constexpr const char* kLineBreak = "\r\n";
 constexpr const char* kMessage =
@@ -498,45 +496,24 @@ void frmBuildParams::cmdGetWorkspace_Click() {
     TrappedVoid("cmdGetWorkspace_Click ", [&] {
         const std::string text = Ctl("txtOutput").Text;
         const std::string current = kind_ == output_kind::Shapefile ? MakeUniqueShapeFilename(text) : text;
-        for (;;) {
-            BrowseRequest request;
-            request.Save = true;
-            request.Title = kBrowseTitle;
-            request.StartingLocation = directory_;
-            request.Name = ReturnFilename(current);
-            request.AllowMultiSelect = false;
-            request.Filters = {kBrowseFilter};
-            const std::optional<BrowseResult> chosen = UI().Browse(request);
-            if (!chosen)
-                return;
-            const OutputPlace place = OutputPlaceOf(*chosen);
-            const std::string& category = chosen->Category;
-            if (place.kind == output_kind::Unknown) {
-                const MsgBoxResult answer = UI().MessageBox(
-                    "Unexpected Feature Class Type (" + category + ")!" + kLineBreak +
-                        "This function will only create shapefiles or feature classes in " + kLineBreak +
-                        "File or Personal GeoDatabases.  Please click 'OK' to select a " + kLineBreak +
-                        "new Feature Class Name, or 'Cancel' to bail out.",
-                    MsgBoxButtons::OKCancel, MsgBoxIcon::Exclamation, kInvalidTypeTitle);
-                if (answer == MsgBoxResult::OK)
-                    continue;
-                return;
-            }
-            std::string name = place.name;
-            if (place.kind != output_kind::Shapefile) {
-                if (EndsWithNoCase(name, ".shp"))
-                    name.resize(name.size() - 4);
-                name = ReplaceBadChars(name, true, true, true, true);
-            }
-            directory_ = place.directory;
-            name_ = name;
-            kind_ = place.kind;
-            isFeatureDataset_ = place.isFeatureDataset;
-            datasetName_ = place.datasetName;
-            Ctl("txtOutput").Text = OutputPathText(directory_, isFeatureDataset_, datasetName_, name_);
-            CheckOK();
+        const std::optional<OutputPlace> chosen =
+            BrowseForOutputPlace(kBrowseTitle, directory_, ReturnFilename(current), true);
+        if (!chosen)
             return;
+        const OutputPlace& place = *chosen;
+        std::string name = place.name;
+        if (place.kind != output_kind::Shapefile) {
+            if (EndsWithNoCase(name, ".shp"))
+                name.resize(name.size() - 4);
+            name = ReplaceBadChars(name, true, true, true, true);
         }
+        directory_ = place.directory;
+        name_ = name;
+        kind_ = place.kind;
+        isFeatureDataset_ = place.isFeatureDataset;
+        datasetName_ = place.datasetName;
+        Ctl("txtOutput").Text = OutputPathText(directory_, isFeatureDataset_, datasetName_, name_);
+        CheckOK();
     });
 }
 

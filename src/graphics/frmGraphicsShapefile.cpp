@@ -61,8 +61,6 @@ constexpr const char* kNoReference = "Spatial Reference = <-- No Spatial Referen
 constexpr const char* kReferenceLead = "Spatial Reference = ";
 constexpr const char* kDefaultName = "NewShape";
 constexpr const char* kBrowseTitle = "Enter the name of your new Feature Class or Shapefile:";
-constexpr const char* kBrowseFilter = "Feature Classes";
-constexpr const char* kInvalidTypeTitle = "Invalid Feature Class Type:";
 constexpr const char* kLineBreak = "\r\n";
 constexpr std::uint32_t kOptionBackColor = 0xC2C2C2; // red, green and blue of 194
 
@@ -423,42 +421,20 @@ void frmGraphicsShapefile::txtOutput_Change() {
 void frmGraphicsShapefile::cmdGetWorkspace_Click() {
     TrappedVoid("cmdGetWorkspace_Click ", [&] {
         const std::string text = Ctl("txtOutput").Text;
-        for (;;) {
-            BrowseRequest request;
-            request.Save = true;
-            request.Title = kBrowseTitle;
-            request.StartingLocation = directory_;
-            request.Name = ReturnFilename(text);
-            request.AllowMultiSelect = false;
-            request.Filters = {kBrowseFilter};
-            const std::optional<BrowseResult> chosen = UI().Browse(request);
-            if (!chosen)
-                return;
-
-            const OutputPlace place = OutputPlaceOf(*chosen);
-            const std::string& category = chosen->Category;
-            if (place.kind == output_kind::Unknown) {
-                const MsgBoxResult answer = UI().MessageBox(
-                    "Unexpected Feature Class Type (" + category + ")!" + kLineBreak +
-                        "This function will only create shapefiles or feature classes in " +
-                        "File or Personal GeoDatabases.  Please click 'OK' to select a " +
-                        "new Feature Class Name, or 'Cancel' to bail out.",
-                    MsgBoxButtons::OKCancel, MsgBoxIcon::Exclamation, kInvalidTypeTitle);
-                if (answer == MsgBoxResult::OK)
-                    continue;
-                return;
-            }
-            std::string name = place.name;
-            if (place.kind == output_kind::Shapefile && !EndsWithNoCase(name, ".shp"))
-                name += ".shp";
-            directory_ = place.directory;
-            name_ = name;
-            kind_ = place.kind;
-            isFeatureDataset_ = place.isFeatureDataset;
-            datasetName_ = place.datasetName;
-            Ctl("txtOutput").Text = OutputPathText(directory_, isFeatureDataset_, datasetName_, name_);
+        const std::optional<OutputPlace> chosen =
+            BrowseForOutputPlace(kBrowseTitle, directory_, ReturnFilename(text), false);
+        if (!chosen)
             return;
-        }
+        const OutputPlace& place = *chosen;
+        std::string name = place.name;
+        if (place.kind == output_kind::Shapefile && !EndsWithNoCase(name, ".shp"))
+            name += ".shp";
+        directory_ = place.directory;
+        name_ = name;
+        kind_ = place.kind;
+        isFeatureDataset_ = place.isFeatureDataset;
+        datasetName_ = place.datasetName;
+        Ctl("txtOutput").Text = OutputPathText(directory_, isFeatureDataset_, datasetName_, name_);
     });
 }
 

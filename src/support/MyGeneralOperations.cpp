@@ -43,7 +43,6 @@ constexpr const char* kPersonalGdbCategories[] = {
     "Personal Geodatabase Feature Dataset"};
 constexpr const char* kGeoPackageCategories[] = {"GeoPackage", "GeoPackage Feature Class"};
 // Category words of the browse dialog's location that name a feature dataset.
-constexpr const char* kFeatureDatasetWord = "Feature Dataset";
 
 // DirectoryType texts.
 constexpr const char* kTypeShapefile = "Shapefile";
@@ -328,26 +327,6 @@ std::int32_t OutputKindOfCategory(const std::string& category) {
     if (OneOf(category, kGeoPackageCategories) || category == "GeoPackage Table")
         return output_kind::GeoPackage;
     return output_kind::Unknown;
-}
-
-OutputPlace OutputPlaceOf(const BrowseResult& chosen) {
-    OutputPlace place;
-    place.directory = chosen.FullName;
-    place.name = chosen.Name;
-    if (chosen.Category.find(kFeatureDatasetWord) != std::string::npos) {
-        const std::string location = StripTrailingSeparator(chosen.FullName);
-        place.datasetName = ReturnFilename(location);
-        place.directory = ReturnDir(location);
-        place.isFeatureDataset = true;
-    }
-    place.directory = StripTrailingSeparator(place.directory);
-    place.kind = OutputKindOfCategory(chosen.Category);
-    return place;
-}
-
-std::string OutputPathText(const std::string& directory, bool isFeatureDataset, const std::string& datasetName,
-                           const std::string& name) {
-    return isFeatureDataset ? directory + "/" + datasetName + "/" + name : directory + "/" + name;
 }
 
 std::shared_ptr<IFeatureClass> CreateGeneralFeatureClass(

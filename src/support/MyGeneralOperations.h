@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/data/DataTypes.h"
@@ -60,6 +61,12 @@ struct OutputPlace {
 //! geodatabase as the directory.
 struct BrowseResult;
 OutputPlace OutputPlaceOf(const BrowseResult& chosen);
+//! Asks the catalog's save dialog (title, starting folder, proposed name) for the place of a new
+//! feature class until the user chooses one of a kind this system writes, or gives up (nothing).
+//! Another kind gets the "Invalid Feature Class Type:" box: OK chooses again, Cancel gives up.
+//! breakLines puts the box's sentences on lines of their own, as some dialogs show them.
+std::optional<OutputPlace> BrowseForOutputPlace(const std::string& title, const std::string& startingLocation,
+                                                const std::string& name, bool breakLines);
 //! The text of an output box for a place: directory/name, or directory/dataset/name.
 std::string OutputPathText(const std::string& directory, bool isFeatureDataset, const std::string& datasetName,
                            const std::string& name);
